@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QMutex>
+#include <QSerialPort>
+#include <QString>
+
+#include <string>
+
+/// The instrument's USB serial port, which carries the commands when there is no VISA library.
+///
+/// Belongs to the GUI thread; queries are serialised by a mutex.
+class drv_serial_t
+{
+public:
+    /// How long a write, and the wait for a reply, may take.
+    static constexpr int transfer_timeout_ms = 200;
+
+    /// The process-wide port, made during static initialisation.
+    static drv_serial_t &instance();
+
+    drv_serial_t(const drv_serial_t &) = delete;
+    drv_serial_t &operator=(const drv_serial_t &) = delete;
+
+    /// Names the port and opens it for reading and writing. An open port stays as it is and counts
+    /// as opened.
+    bool open(const QString &port_name);
+    void close();
+    /// Sends the bytes of `text`; false only when the port is not open.
+    bool write(const std::string &text);
+    /// Takes all bytes that have arrived, less the last one, the line terminator. False when there
+    /// are none; `out` is then left alone.
+    bool read(std::string &out);
+    /// Writes and then reads the reply, if one begins within `transfer_timeout_ms`.
+    bool query(const std::string &text, std::string &out);
+
+private:
+    drv_serial_t() = default;
+    ~drv_serial_t() = default;
+
+    QSerialPort port;
+    QMutex mutex;
+};

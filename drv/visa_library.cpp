@@ -1,0 +1,157 @@
+// SPDX-License-Identifier: MIT
+#include "drv/visa_library.h"
+
+#include <QLatin1String>
+
+namespace {
+
+/// The name under which every vendor installs VISA on Windows.
+constexpr QLatin1String standard_file("visa32.dll");
+
+#ifndef Q_OS_WIN
+/// The names under which VISA is installed elsewhere: first on the loader's path, then where
+/// vendors put theirs.
+constexpr QLatin1String vendor_files[] = {
+    QLatin1String("libvisa.so"),
+    QLatin1String("libvisa.so.0"),
+    QLatin1String("libvisa.so.7"),
+    QLatin1String("librsvisa.so"),
+    QLatin1String("libktvisa32.so"),
+    QLatin1String("libiovisa.so"),
+    QLatin1String("/opt/keysight/iolibs/libktvisa32.so"),
+    QLatin1String("/usr/lib/librsvisa.so"),
+};
+#endif
+
+template <typename entry_t>
+bool bind(QLibrary &library, entry_t &entry, const char *name)
+{
+    entry = reinterpret_cast<entry_t>(library.resolve(name));
+    return entry != nullptr;
+}
+
+template <typename entry_t, typename... arguments_t>
+ViStatus call(entry_t entry, arguments_t... arguments)
+{
+    return entry != nullptr ? entry(arguments...) : vi_error_library_nfound;
+}
+
+// Made here so that the library is bound before main runs.
+const visa_library_t &bound_before_main = visa_library_t::instance();
+
+} // namespace
+
+visa_library_t &visa_library_t::instance()
+{
+    static visa_library_t binding;
+    return binding;
+}
+
+visa_library_t::visa_library_t() : library(standard_file)
+{
+    bind_entry_points();
+    bind_vendor_library();
+}
+
+bool visa_library_t::load()
+{
+    return library.load();
+}
+
+bool visa_library_t::can_open_default_rm() const noexcept
+{
+    return entries.open_default_rm != nullptr;
+}
+
+/// Resolves all ten entry points, whether or not an earlier one is missing.
+bool visa_library_t::bind_entry_points()
+{
+    const bool found[] = {
+        bind(library, entries.open_default_rm, "viOpenDefaultRM"),
+        bind(library, entries.set_attribute, "viSetAttribute"),
+        bind(library, entries.get_attribute, "viGetAttribute"),
+        bind(library, entries.close, "viClose"),
+        bind(library, entries.find_resource, "viFindRsrc"),
+        bind(library, entries.find_next, "viFindNext"),
+        bind(library, entries.open, "viOpen"),
+        bind(library, entries.clear, "viClear"),
+        bind(library, entries.write, "viWrite"),
+        bind(library, entries.read, "viRead"),
+    };
+    for (const bool entry_found : found) {
+        if (!entry_found)
+            return false;
+    }
+    return true;
+}
+
+/// Takes the first vendor library that has all ten entry points, unless the standard file is
+/// there. A library that lacks some is left loaded: it may have started threads of its own.
+void visa_library_t::bind_vendor_library()
+{
+#ifndef Q_OS_WIN
+    if (library.isLoaded())
+        return;
+    for (const QLatin1String &file : vendor_files) {
+        library.setFileName(file);
+        if (library.load() && bind_entry_points())
+            return;
+    }
+    library.setFileName(standard_file);
+    entries = {};
+#endif
+}
+
+ViStatus visa_library_t::open_default_rm(ViSession *resource_manager) const
+{
+    return call(entries.open_default_rm, resource_manager);
+}
+
+ViStatus visa_library_t::set_attribute(ViSession object, ViAttr attribute, ViAttrState value) const
+{
+    return call(entries.set_attribute, object, attribute, value);
+}
+
+ViStatus visa_library_t::get_attribute(ViSession object, ViAttr attribute, void *value) const
+{
+    return call(entries.get_attribute, object, attribute, value);
+}
+
+ViStatus visa_library_t::close(ViSession object) const
+{
+    return call(entries.close, object);
+}
+
+ViStatus visa_library_t::find_resource(ViSession resource_manager, const char *expression,
+                                       ViFindList *list, ViUInt32 *count, char *description) const
+{
+    return call(entries.find_resource, resource_manager, expression, list, count, description);
+}
+
+ViStatus visa_library_t::find_next(ViFindList list, char *description) const
+{
+    return call(entries.find_next, list, description);
+}
+
+ViStatus visa_library_t::open(ViSession resource_manager, const char *resource, ViAccessMode mode,
+                              ViUInt32 timeout, ViSession *session) const
+{
+    return call(entries.open, resource_manager, resource, mode, timeout, session);
+}
+
+ViStatus visa_library_t::clear(ViSession session) const
+{
+    return call(entries.clear, session);
+}
+
+ViStatus visa_library_t::write(ViSession session, const unsigned char *bytes, ViUInt32 length,
+                               ViUInt32 *written) const
+{
+    return call(entries.write, session, bytes, length, written);
+}
+
+ViStatus visa_library_t::read(ViSession session, unsigned char *buffer, ViUInt32 size,
+                              ViUInt32 *count) const
+{
+    return call(entries.read, session, buffer, size, count);
+}
