@@ -1,0 +1,9 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+class QString;
+class QWidget;
+
+/// Shows a modal message box titled "Information" with `text` and the buttons Ok (the default) and
+/// Close, and returns when the user has closed it.
+void show_information(QWidget *parent, const QString &text);

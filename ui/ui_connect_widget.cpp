@@ -1,0 +1,255 @@
+// SPDX-License-Identifier: MIT
+#include "ui/ui_connect_widget.h"
+
+#include "drv/drv_command.h"
+#include "drv/drv_device.h"
+#include "ui/information_box.h"
+#include "ui/widget/q_ip_line_edit.h"
+#include "ui/widget/ui_combo_box.h"
+#include "ui/widget/ui_label.h"
+#include "ui/widget/ui_push_button.h"
+
+#include <QButtonGroup>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QRadioButton>
+#include <QSerialPortInfo>
+
+#include <stdexcept>
+
+namespace {
+
+constexpr int panel_margin = 6;
+constexpr int control_height = 30;
+constexpr int button_width = 75;
+constexpr int group_width = 900;
+constexpr quint16 usb_vendor = 0xA17E;
+constexpr quint16 usb_product = 0x2000;
+const QString usb_resource_part = QStringLiteral("0xA17E::0x2000");
+const QString identity_part = QStringLiteral("TMX");
+
+enum link_button_t { usb_button = 1, lan_button = 2 };
+
+bool is_instrument_port(const QSerialPortInfo &port)
+{
+    return port.hasVendorIdentifier() && port.hasProductIdentifier() &&
+           port.vendorIdentifier() == usb_vendor && port.productIdentifier() == usb_product;
+}
+
+/// The product type as a number; 0, which is no product, for a text that does not begin with one.
+int product_type_of(const std::string &product_id)
+{
+    try {
+        return std::stoi(product_id);
+    } catch (const std::logic_error &) {
+        return 0;
+    }
+}
+
+QString identity_line(const device_info_t &info)
+{
+    return QString::fromStdString(info.model_name + ",Serial:" + info.serial_number +
+                                  ",Version:" + info.software_version);
+}
+
+/// A group box of the fixed width with an entry that takes the room and a button.
+QGroupBox *build_group(const QString &title, QWidget *entry, ui_push_button_t *button)
+{
+    entry->setFixedHeight(control_height);
+    button->setFixedSize(button_width, control_height);
+    auto *const group = new QGroupBox(title);
+    group->setFixedWidth(group_width);
+    auto *const row = new QHBoxLayout(group);
+    row->addWidget(entry);
+    row->addWidget(button);
+    return group;
+}
+
+} // namespace
+
+ui_connect_widget_t::ui_connect_widget_t(QWidget *parent) : QFrame(parent)
+{
+    build_usb_group();
+    build_lan_group();
+    auto *const rows = new QVBoxLayout(this);
+    rows->setContentsMargins(panel_margin, 0, panel_margin, 0);
+    rows->addLayout(build_status_row());
+    rows->addLayout(build_link_row());
+    connect_widgets();
+    usb_radio->setChecked(true);
+    use_usb_type();
+}
+
+void ui_connect_widget_t::build_usb_group()
+{
+    device_list = new ui_combo_box_t(this);
+    device_list->setAccessibleName(tr("Instruments"));
+    rescan_btn = new ui_push_button_t(this);
+    rescan_btn->setText(tr("Rescan"));
+    usb_group = build_group(tr("Use USB"), device_list, rescan_btn);
+}
+
+void ui_connect_widget_t::build_lan_group()
+{
+    ip_edit = new QIPLineEdit(this);
+    ip_edit->setAccessibleName(tr("IP address"));
+    apply_btn = new ui_push_button_t(this);
+    apply_btn->setText(tr("Apply"));
+    lan_group = build_group(tr("Use LAN"), ip_edit, apply_btn);
+}
+
+QBoxLayout *ui_connect_widget_t::build_status_row()
+{
+    status_label = new ui_label_t(this);
+    status_label->setText(tr("TMX is disconnected!"));
+    status_label->setStyleSheet(QStringLiteral("font-size:22px"));
+    link_label = new ui_label_t(this);
+    link_label->setText(QStringLiteral("(/)"));
+    link_label->setStyleSheet(QStringLiteral("font-size:18px;color: green;"));
+
+    auto *const row = new QHBoxLayout;
+    row->addWidget(status_label);
+    row->addWidget(link_label);
+    row->addStretch(1);
+    return row;
+}
+
+QBoxLayout *ui_connect_widget_t::build_link_row()
+{
+    usb_radio = new QRadioButton(tr("USB"), this);
+    lan_radio = new QRadioButton(tr("LAN"), this);
+    auto *const buttons = new QButtonGroup(this);
+    buttons->addButton(usb_radio, usb_button);
+    buttons->addButton(lan_radio, lan_button);
+
+    auto *const radios = new QVBoxLayout;
+    radios->addWidget(lan_radio);
+    radios->addWidget(usb_radio);
+    auto *const groups = new QVBoxLayout;
+    groups->addWidget(lan_group);
+    groups->addWidget(usb_group);
+    auto *const row = new QHBoxLayout;
+    row->addLayout(radios);
+    row->addLayout(groups);
+    row->addStretch(1);
+    return row;
+}
+
+void ui_connect_widget_t::connect_widgets()
+{
+    connect(rescan_btn, SIGNAL(clicked(bool)), this, SLOT(device_rescan_slot()));
+    connect(apply_btn, SIGNAL(clicked(bool)), this, SLOT(lan_apply_slot()));
+    connect(usb_radio, SIGNAL(clicked(bool)), this, SLOT(use_usb_type()));
+    connect(lan_radio, SIGNAL(clicked(bool)), this, SLOT(use_lan_type()));
+    connect(device_list, SIGNAL(currentIndexChanged(int)), this, SLOT(device_change_slot(int)));
+}
+
+void ui_connect_widget_t::use_usb_type()
+{
+    lan_group->hide();
+    usb_group->show();
+}
+
+void ui_connect_widget_t::use_lan_type()
+{
+    usb_group->hide();
+    lan_group->show();
+}
+
+void ui_connect_widget_t::device_rescan_slot()
+{
+    device_names.clear();
+    device_list->clear();
+    if (drv_device_t::instance()->visa_is_ready())
+        list_usb_instruments();
+    else
+        list_serial_ports();
+    if (device_list->count() == 0)
+        show_information(this, tr("Target device no find!"));
+}
+
+void ui_connect_widget_t::list_usb_instruments()
+{
+    std::vector<std::string> found;
+    int count = 0;
+    drv_device_t::instance()->usb_scan(found, count);
+    for (int position = 1; position <= count; ++position) {
+        const QString name =
+            QString::fromStdString(found.at(static_cast<std::size_t>(position) - 1));
+        if (name.contains(usb_resource_part))
+            add_device(name, position);
+    }
+}
+
+void ui_connect_widget_t::list_serial_ports()
+{
+    drv_command_t::instance()->serial_close();
+    int position = 0;
+    const QList<QSerialPortInfo> ports = QSerialPortInfo::availablePorts();
+    for (const QSerialPortInfo &port : ports) {
+        if (is_instrument_port(port))
+            add_device(port.portName(), ++position);
+    }
+}
+
+/// The name comes first: the list's first item is selected, and so connected, as it is added.
+void ui_connect_widget_t::add_device(const QString &name, int position)
+{
+    device_names.append(name);
+    device_list->addItem(name, position);
+}
+
+void ui_connect_widget_t::device_change_slot(int index)
+{
+    if (index < 0 || index >= device_names.size())
+        return;
+    const std::string name = device_names.at(index).toStdString();
+    drv_device_t *const device = drv_device_t::instance();
+    const bool opened = device->visa_is_ready() ? device->usb_connect_resource(name)
+                                                : drv_command_t::instance()->serial_open(name);
+    if (opened)
+        show_instrument(true);
+}
+
+void ui_connect_widget_t::lan_apply_slot()
+{
+    const QString address = ip_edit->text();
+    if (address.split(QLatin1Char('.')).contains(QString()))
+        return;
+    drv_device_t *const device = drv_device_t::instance();
+    if (!device->visa_is_ready() || !device->lan_connect(address.toStdString())) {
+        show_information(this, tr("Ip address no find!"));
+        return;
+    }
+    drv_command_t *const command = drv_command_t::instance();
+    std::string reply;
+    // Not connected yet, so that the identity has to be asked for in spite of the link mode.
+    command->query("*IDN?", reply, true);
+    if (QString::fromStdString(reply).contains(identity_part, Qt::CaseInsensitive)) {
+        show_instrument(false);
+        return;
+    }
+    command->set_link_mode(link_modes::not_connected);
+    link_label->setText(QStringLiteral("(/)"));
+    show_information(this, tr("No target device!"));
+}
+
+/// The instrument is open: reads who it is, says so and announces its product.
+void ui_connect_widget_t::show_instrument(bool usb)
+{
+    drv_command_t *const command = drv_command_t::instance();
+    command->set_link_mode(link_modes::connected);
+    device_info_t info;
+    command->device_info_read(info);
+    status_label->setText(identity_line(info));
+    drv_device_t::instance()->set_usb_link(usb);
+    link_label->setText(usb ? QStringLiteral("(USB)") : QStringLiteral("(LAN)"));
+    emit device_connect_msg(product_type_of(info.product_id));
+}
+
+void ui_connect_widget_t::device_disconnect_slot()
+{
+    drv_command_t::instance()->set_link_mode(link_modes::not_connected);
+    link_label->setText(QStringLiteral("(/)"));
+    emit device_disconnect_msg();
+}

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+#include "ui/ui_port_widget.h"
+
+#include "ui/port_frame.h"
+#include "ui/ui_empty_widget.h"
+
+#include <QGroupBox>
+#include <QHBoxLayout>
+
+namespace {
+
+constexpr int panel_width = 948;
+constexpr int panel_height = 205;
+
+} // namespace
+
+ui_port_widget_t::ui_port_widget_t(QWidget *parent) : QFrame(parent)
+{
+    auto *const panel = new ui_empty_widget_t(this);
+    set_panel_picture(panel, QStringLiteral("emptyWidget"), QStringLiteral(":/image/panel_1.png"));
+    panel->setFixedSize(panel_width, panel_height);
+
+    auto *const frame_layout = new QHBoxLayout(this);
+    frame_layout->setContentsMargins(0, 0, 0, 0);
+    frame_layout->addWidget(build_port_group(panel));
+    frame_layout->addStretch(1);
+}
