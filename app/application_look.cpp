@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+#include "app/application_look.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QFontDatabase>
+#include <QIcon>
+#include <QStringList>
+
+/// Registers the resources that are linked in with this library; a macro that has to stand outside
+/// of any namespace.
+static void register_resources()
+{
+    Q_INIT_RESOURCE(resources);
+}
+
+namespace {
+
+struct resource_registration_t
+{
+    resource_registration_t() { register_resources(); }
+};
+
+const resource_registration_t registered_before_main;
+
+QString read_style_sheets(const QStringList &paths)
+{
+    QString sheet;
+    for (const QString &path : paths) {
+        QFile file(path);
+        if (file.open(QIODevice::ReadOnly))
+            sheet += QString::fromUtf8(file.readAll());
+    }
+    return sheet;
+}
+
+/// Only the family is set: sizes are the style sheet's business.
+void apply_font(const QString &path)
+{
+    const int id = QFontDatabase::addApplicationFont(path);
+    const QStringList families = QFontDatabase::applicationFontFamilies(id);
+    if (families.isEmpty())
+        return;
+    QFont font;
+    font.setFamily(families.first());
+    QApplication::setFont(font);
+}
+
+} // namespace
+
+void apply_application_look()
+{
+    qApp->setStyleSheet(read_style_sheets({QStringLiteral(":/ui.qss")}));
+    QApplication::setStyle(QStringLiteral("Fusion"));
+    apply_font(QStringLiteral(":/front/SourceHanSansCN-Bold.otf"));
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/image/norvale.ico")));
+}
