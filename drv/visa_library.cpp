@@ -6,20 +6,20 @@
 namespace {
 
 /// The name under which every vendor installs VISA on Windows.
-constexpr QLatin1String standard_file("visa32.dll");
+constexpr const char *standard_file = "visa32.dll";
 
 #ifndef Q_OS_WIN
 /// The names under which VISA is installed elsewhere: first on the loader's path, then where
 /// vendors put theirs.
-constexpr QLatin1String vendor_files[] = {
-    QLatin1String("libvisa.so"),
-    QLatin1String("libvisa.so.0"),
-    QLatin1String("libvisa.so.7"),
-    QLatin1String("librsvisa.so"),
-    QLatin1String("libktvisa32.so"),
-    QLatin1String("libiovisa.so"),
-    QLatin1String("/opt/keysight/iolibs/libktvisa32.so"),
-    QLatin1String("/usr/lib/librsvisa.so"),
+constexpr const char *vendor_files[] = {
+    "libvisa.so",
+    "libvisa.so.0",
+    "libvisa.so.7",
+    "librsvisa.so",
+    "libktvisa32.so",
+    "libiovisa.so",
+    "/opt/keysight/iolibs/libktvisa32.so",
+    "/usr/lib/librsvisa.so",
 };
 #endif
 
@@ -47,7 +47,7 @@ visa_library_t &visa_library_t::instance()
     return binding;
 }
 
-visa_library_t::visa_library_t() : library(standard_file)
+visa_library_t::visa_library_t() : library(QLatin1String(standard_file))
 {
     bind_entry_points();
     bind_vendor_library();
@@ -92,12 +92,12 @@ void visa_library_t::bind_vendor_library()
 #ifndef Q_OS_WIN
     if (library.isLoaded())
         return;
-    for (const QLatin1String &file : vendor_files) {
-        library.setFileName(file);
+    for (const char *const file : vendor_files) {
+        library.setFileName(QLatin1String(file));
         if (library.load() && bind_entry_points())
             return;
     }
-    library.setFileName(standard_file);
+    library.setFileName(QLatin1String(standard_file));
     entries = {};
 #endif
 }

@@ -288,10 +288,9 @@ void QIPLineEdit::contextMenuEvent(QContextMenuEvent *event)
 
 QLineEdit *QIPLineEdit::octet_near(int x) const
 {
-    return *std::min_element(
-        octets.begin(), octets.end(),
-        [x](const QLineEdit *one, const QLineEdit *other) {
-            return std::abs(one->geometry().center().x() - x) <
-                   std::abs(other->geometry().center().x() - x);
-        });
+    return *std::min_element(octets.begin(), octets.end(),
+                             [x](const QLineEdit *one, const QLineEdit *other) {
+                                 return std::abs(one->geometry().center().x() - x) <
+                                        std::abs(other->geometry().center().x() - x);
+                             });
 }

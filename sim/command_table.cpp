@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+#include "sim/command_table.h"
+
+#include "sim/common_commands.h"
+#include "sim/device_commands.h"
+#include "sim/scpi_header.h"
+#include "sim/upgrade_commands.h"
+
+#include <algorithm>
+
+namespace sim {
+
+const command_t *find_command(std::string_view header, instrument_mode_t mode)
+{
+    const std::uint8_t mode_bit = in_modes({mode});
+    for (const auto *commands : {&common_commands(), &device_commands(), &upgrade_commands()}) {
+        const auto row =
+            std::find_if(commands->begin(), commands->end(), [&](const command_t &command) {
+                return (command.modes & mode_bit) != 0 && header_matches(command.pattern, header);
+            });
+        if (row != commands->end())
+            return &*row;
+    }
+    return nullptr;
+}
+
+const raw_command_t *find_raw_command(std::string_view header)
+{
+    const auto &commands = raw_commands();
+    const auto row =
+        std::find_if(commands.begin(), commands.end(), [header](const raw_command_t &command) {
+            return header_matches(command.pattern, header);
+        });
+    return row == commands.end() ? nullptr : &*row;
+}
+
+} // namespace sim
