@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+#include "tests/support/box_watcher.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QMessageBox>
+#include <QtTest/QTest>
+
+box_watcher_t::box_watcher_t(QObject *parent) : QObject(parent)
+{
+    connect(&timer, &QTimer::timeout, this, &box_watcher_t::close_box);
+    timer.start(1);
+}
+
+QStringList box_watcher_t::take_boxes()
+{
+    QStringList taken;
+    taken.swap(boxes);
+    return taken;
+}
+
+void box_watcher_t::close_box()
+{
+    auto *const box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+    if (box == nullptr || !box->isVisible())
+        return;
+    QStringList buttons;
+    for (const QAbstractButton *const button : box->buttons())
+        buttons.append(button->text().remove(QLatin1Char('&')));
+    boxes.append(QStringLiteral("%1: %2 [%3]")
+                     .arg(box->windowTitle(), box->text(), buttons.join(QLatin1String(", "))));
+    QTest::mouseClick(box->button(QMessageBox::Ok), Qt::LeftButton);
+}

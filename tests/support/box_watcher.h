@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QObject>
+#include <QStringList>
+#include <QTimer>
+
+/// Closes each message box that appears, by a click on Ok, and keeps what it said.
+class box_watcher_t : public QObject
+{
+public:
+    explicit box_watcher_t(QObject *parent = nullptr);
+
+    /// "title: text [button, ...]" of every box since the last call, oldest first.
+    QStringList take_boxes();
+
+private:
+    void close_box();
+
+    QTimer timer;
+    QStringList boxes;
+};

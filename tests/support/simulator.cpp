@@ -1,0 +1,168 @@
+// SPDX-License-Identifier: MIT
+#include "tests/support/simulator.h"
+
+#include <QJsonDocument>
+
+namespace {
+
+/// Calls a copying function twice: for the size, then for the bytes.
+template <typename copy_t>
+QByteArray copied(copy_t copy)
+{
+    const std::size_t size = copy(nullptr, 0);
+    if (size == CORVANE_SIM_NONE)
+        return {};
+    // Texts end in a zero byte that the size does not count.
+    QByteArray bytes(static_cast<int>(size) + 1, '\0');
+    copy(bytes.data(), static_cast<std::size_t>(bytes.size()));
+    bytes.chop(1);
+    return bytes;
+}
+
+void require(int result, const char *what)
+{
+    if (result != 0)
+        qFatal("the simulator refuses: %s", what);
+}
+
+} // namespace
+
+/// A function of the control interface, under the name by which the library exports it. The
+/// declaration gives its type; it is never linked.
+#define CONTROL(name) reinterpret_cast<decltype(&name)>(resolved(library, #name))
+
+namespace {
+
+QFunctionPointer resolved(QLibrary &library, const char *name)
+{
+    const QFunctionPointer function = library.resolve(name);
+    if (function == nullptr)
+        qFatal("the simulator lacks %s: %s", name, qPrintable(library.errorString()));
+    return function;
+}
+
+} // namespace
+
+simulator_t::simulator_t() : library(QStringLiteral("libvisa.so"))
+{
+    reset();
+}
+
+void simulator_t::reset()
+{
+    CONTROL(corvane_sim_reset)();
+}
+
+void simulator_t::load_fleet(const QByteArray &json)
+{
+    require(CONTROL(corvane_sim_load_fleet)(json.constData()), "the fleet");
+}
+
+QByteArrayList simulator_t::take_texts()
+{
+    QByteArrayList texts;
+    const std::size_t count = CONTROL(corvane_sim_log_count)();
+    for (std::size_t index = 0; index < count; ++index) {
+        texts.append(copied([&](void *bytes, std::size_t capacity) {
+            return CONTROL(corvane_sim_log_entry)(index, nullptr, nullptr, bytes, capacity);
+        }));
+    }
+    CONTROL(corvane_sim_log_clear)();
+    return texts;
+}
+
+quint64 simulator_t::calls(corvane_sim_entry entry)
+{
+    return CONTROL(corvane_sim_call_count)(entry);
+}
+
+void simulator_t::script_reply(const QByteArray &message, const QByteArray &bytes, int times)
+{
+    require(CONTROL(corvane_sim_script_reply)(
+                nullptr, message.constData(), static_cast<std::size_t>(message.size()),
+                bytes.constData(), static_cast<std::size_t>(bytes.size()), times),
+            "a scripted reply");
+}
+
+void simulator_t::fail_call(corvane_sim_entry entry, unsigned nth, int status)
+{
+    add_fault({CORVANE_SIM_FAULT_STATUS, entry, nth, nullptr, 0, status, nullptr, 0});
+}
+
+void simulator_t::unplug_at_call(corvane_sim_entry entry, unsigned nth)
+{
+    add_fault({CORVANE_SIM_FAULT_UNPLUG, entry, nth, nullptr, 0, 0, nullptr, 0});
+}
+
+void simulator_t::add_fault(const corvane_sim_fault &fault)
+{
+    require(CONTROL(corvane_sim_add_fault)(&fault), "a fault");
+}
+
+void simulator_t::clear_faults()
+{
+    CONTROL(corvane_sim_clear_faults)();
+}
+
+void simulator_t::unplug(const QByteArray &resource)
+{
+    require(CONTROL(corvane_sim_unplug)(resource.constData()), "to unplug");
+}
+
+void simulator_t::plug(const QByteArray &resource)
+{
+    require(CONTROL(corvane_sim_plug)(resource.constData()), "to plug");
+}
+
+bool simulator_t::is_present(const QByteArray &resource)
+{
+    return CONTROL(corvane_sim_is_present)(resource.constData()) == 1;
+}
+
+QJsonObject simulator_t::state(const QByteArray &resource)
+{
+    const QByteArray json = copied([&](char *text, std::size_t capacity) {
+        return CONTROL(corvane_sim_state)(resource.constData(), text, capacity);
+    });
+    return QJsonDocument::fromJson(json).object();
+}
+
+QList<QPair<int, QByteArray>> simulator_t::images(const QByteArray &resource)
+{
+    QList<QPair<int, QByteArray>> received;
+    const std::size_t count = CONTROL(corvane_sim_image_count)(resource.constData());
+    for (std::size_t index = 0; index < count; ++index) {
+        int kind = 0;
+        const QByteArray image = copied([&](void *bytes, std::size_t capacity) {
+            return CONTROL(corvane_sim_image)(resource.constData(), index, &kind, nullptr, bytes,
+                                              capacity);
+        });
+        received.append({kind, image});
+    }
+    return received;
+}
+
+QList<QPair<QByteArray, QByteArray>> simulator_t::parameters(const QByteArray &resource)
+{
+    QList<QPair<QByteArray, QByteArray>> received;
+    const std::size_t count = CONTROL(corvane_sim_parameter_count)(resource.constData());
+    for (std::size_t index = 0; index < count; ++index) {
+        char name[32] = "";
+        const QByteArray value = copied([&](void *bytes, std::size_t capacity) {
+            return CONTROL(corvane_sim_parameter)(resource.constData(), index, name, bytes,
+                                                  capacity);
+        });
+        received.append({QByteArray(name), value});
+    }
+    return received;
+}
+
+void simulator_t::misbehave(const QByteArray &resource, unsigned busy_polls,
+                            unsigned busy_after_block, unsigned unready_at_block,
+                            unsigned unplug_at_block)
+{
+    require(CONTROL(corvane_sim_upgrade_misbehave)(resource.constData(), busy_polls,
+                                                   busy_after_block, unready_at_block,
+                                                   unplug_at_block),
+            "to misbehave");
+}

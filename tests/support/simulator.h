@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "sim/visa/sim_control.h"
+
+#include <QByteArray>
+#include <QJsonObject>
+#include <QLibrary>
+#include <QList>
+#include <QPair>
+
+/// The simulated instruments that the program under test reaches through the VISA C interface: what
+/// they received, and how they are made to misbehave. It is the library that the program loads.
+class simulator_t
+{
+public:
+    static constexpr int vi_error_tmo = static_cast<int>(0xBFFF0015);
+    static constexpr int vi_error_io = static_cast<int>(0xBFFF003E);
+
+    /// Ends the test program when the simulator is not on the loader's path.
+    simulator_t();
+
+    /// Everything as at the start: instruments, log, faults, sessions.
+    void reset();
+    /// Replaces the instruments by those of a fleet file's text.
+    void load_fleet(const QByteArray &json);
+    /// The texts that instruments received since the last call or reset, oldest first.
+    QByteArrayList take_texts();
+    /// How often an entry point was called since the last reset.
+    quint64 calls(corvane_sim_entry entry);
+    /// Makes the instruments answer `message` with exactly these bytes, `times` times (-1: always).
+    void script_reply(const QByteArray &message, const QByteArray &bytes, int times = -1);
+    /// Makes the n-th next call (from 1) of an entry point fail at once with a status.
+    void fail_call(corvane_sim_entry entry, unsigned nth = 1, int status = vi_error_io);
+    /// Pulls the cable of the instrument in use at the n-th next call of an entry point.
+    void unplug_at_call(corvane_sim_entry entry, unsigned nth);
+    void add_fault(const corvane_sim_fault &fault);
+    void clear_faults();
+    void unplug(const QByteArray &resource);
+    void plug(const QByteArray &resource);
+    bool is_present(const QByteArray &resource);
+    /// An instrument's state, as docs/simulator.md describes it.
+    QJsonObject state(const QByteArray &resource);
+    /// The firmware images received: kind (1 host, 3 boot) and bytes.
+    QList<QPair<int, QByteArray>> images(const QByteArray &resource);
+    /// The device parameters received: name and bytes.
+    QList<QPair<QByteArray, QByteArray>> parameters(const QByteArray &resource);
+    /// See `corvane_sim_upgrade_misbehave`.
+    void misbehave(const QByteArray &resource, unsigned busy_polls, unsigned busy_after_block,
+                   unsigned unready_at_block, unsigned unplug_at_block);
+
+private:
+    QLibrary library;
+};

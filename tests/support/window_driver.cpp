@@ -1,0 +1,243 @@
+// SPDX-License-Identifier: MIT
+#include "tests/support/window_driver.h"
+
+#include "app/application_look.h"
+#include "drv/drv_command.h"
+#include "drv/drv_device.h"
+#include "ui/port_control.h"
+#include "ui/ui_empty_widget.h"
+#include "ui/widget/q_ip_line_edit.h"
+#include "ui/widget/ui_combo_box.h"
+#include "ui/widget/ui_label.h"
+
+#include <QAbstractItemView>
+#include <QApplication>
+#include <QComboBox>
+#include <QDialog>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QToolButton>
+#include <QtTest/QTest>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int window_width = 1000;
+constexpr int window_height = 400;
+
+template <typename widget_t>
+QList<widget_t *> visible_children(const QWidget &parent)
+{
+    QList<widget_t *> visible;
+    for (widget_t *const child : parent.findChildren<widget_t *>()) {
+        if (child->isVisible())
+            visible.append(child);
+    }
+    return visible;
+}
+
+} // namespace
+
+window_driver_t::window_driver_t() : window(nullptr)
+{
+    drv_command_t::instance()->set_link_mode(link_modes::not_connected);
+    drv_device_t::instance()->set_usb_link(true);
+    window.resize(window_width, window_height);
+    window.show();
+    if (!QTest::qWaitForWindowExposed(&window))
+        qFatal("the main window does not show");
+}
+
+QAbstractButton *window_driver_t::button(const QString &text) const
+{
+    for (QAbstractButton *const candidate : visible_children<QAbstractButton>(window)) {
+        if (candidate->text() == text)
+            return candidate;
+    }
+    return nullptr;
+}
+
+bool window_driver_t::click(const QString &text)
+{
+    QAbstractButton *const target = button(text);
+    if (target == nullptr || !target->isEnabled())
+        return false;
+    QTest::mouseClick(target, Qt::LeftButton);
+    return true;
+}
+
+bool window_driver_t::choose(const QString &menu, const QString &entry)
+{
+    for (QAction *const bar_action : window.menuBar()->actions()) {
+        if (bar_action->text() != menu)
+            continue;
+        QTest::mouseClick(window.menuBar(), Qt::LeftButton, Qt::NoModifier,
+                          window.menuBar()->actionGeometry(bar_action).center());
+        QMenu *const opened = bar_action->menu();
+        for (QAction *const action : opened->actions()) {
+            if (action->text() == entry && action->isVisible()) {
+                QTest::mouseClick(opened, Qt::LeftButton, Qt::NoModifier,
+                                  opened->actionGeometry(action).center());
+                return true;
+            }
+        }
+        QTest::keyClick(opened, Qt::Key_Escape);
+    }
+    return false;
+}
+
+bool window_driver_t::choose(const QString &menu, const QString &entry,
+                             const std::function<void(QDialog &)> &use)
+{
+    bool used = false;
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, &timer, [&] {
+        auto *const dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+        if (dialog == nullptr || qobject_cast<QMessageBox *>(dialog) != nullptr)
+            return;
+        timer.stop();
+        used = true;
+        use(*dialog);
+        dialog->close();
+    });
+    timer.start(1);
+    choose(menu, entry);
+    return used;
+}
+
+QStringList window_driver_t::entries(const QString &menu) const
+{
+    QStringList texts;
+    for (const QAction *const bar_action : window.menuBar()->actions()) {
+        if (bar_action->text() != menu)
+            continue;
+        for (const QAction *const action : bar_action->menu()->actions()) {
+            if (action->isVisible())
+                texts.append(action->text());
+        }
+    }
+    return texts;
+}
+
+void window_driver_t::connect_lan(const QString &address)
+{
+    click(QStringLiteral("LAN"));
+    const auto *const editor = visible_children<QIPLineEdit>(window).value(0);
+    QLineEdit *const octet = editor->findChildren<QLineEdit *>().value(0);
+    QTest::mouseClick(octet, Qt::LeftButton);
+    for (QLineEdit *const part : editor->findChildren<QLineEdit *>())
+        part->clear();
+    QTest::keyClicks(octet, address.section(QLatin1Char('.'), 0, 0));
+    for (const QChar &key : address.mid(address.indexOf(QLatin1Char('.'))))
+        QTest::keyClick(QApplication::focusWidget(), key.toLatin1());
+    click(QStringLiteral("Apply"));
+}
+
+bool window_driver_t::connect_usb(const QString &serial)
+{
+    click(QStringLiteral("USB"));
+    click(QStringLiteral("Rescan"));
+    const auto list = visible_children<ui_combo_box_t>(window).value(0);
+    for (int index = 0; index < list->count(); ++index) {
+        if (list->itemText(index).contains(serial)) {
+            choose_item(*list, index);
+            return list->currentIndex() == index;
+        }
+    }
+    return false;
+}
+
+QString window_driver_t::panel() const
+{
+    for (const QFrame *const frame : visible_children<QFrame>(window)) {
+        if (dynamic_cast<const port_control_t *>(frame) != nullptr ||
+            qobject_cast<const ui_empty_widget_t *>(frame) != nullptr)
+            return QString::fromLatin1(frame->metaObject()->className());
+    }
+    return {};
+}
+
+QString window_driver_t::status_text() const
+{
+    return visible_children<ui_label_t>(window).at(0)->text();
+}
+
+QString window_driver_t::link_text() const
+{
+    return visible_children<ui_label_t>(window).at(1)->text();
+}
+
+QStringList window_driver_t::devices() const
+{
+    const auto *const list = window.findChild<ui_combo_box_t *>();
+    QStringList names;
+    for (int index = 0; index < list->count(); ++index)
+        names.append(list->itemText(index));
+    return names;
+}
+
+QStringList
+window_driver_t::ports_where(const std::function<bool(const QAbstractButton &)> &condition) const
+{
+    QStringList ports;
+    for (const QToolButton *const port : visible_children<QToolButton>(window)) {
+        if (condition(*port))
+            ports.append(port->text());
+    }
+    return ports;
+}
+
+QStringList window_driver_t::painted(const QVector<QColor> &colors) const
+{
+    return ports_where([&colors](const QAbstractButton &port) { return paints(port, colors); });
+}
+
+QStringList window_driver_t::lit_ports() const
+{
+    return painted(
+        {QColor("blue"), QColor("deepskyblue"), QColor("greenyellow"), QColor("magenta")});
+}
+
+QStringList window_driver_t::disabled_ports() const
+{
+    return ports_where([](const QAbstractButton &port) { return !port.isEnabled(); });
+}
+
+QStringList window_driver_t::take_boxes()
+{
+    return boxes.take_boxes();
+}
+
+void choose_item(QComboBox &list, int index)
+{
+    QTest::keyClick(&list, Qt::Key_F4);
+    QAbstractItemView *const view = list.view();
+    QTest::keyClick(view, Qt::Key_Home);
+    for (int row = 0; row < index; ++row)
+        QTest::keyClick(view, Qt::Key_Down);
+    QTest::keyClick(view, Qt::Key_Return);
+}
+
+bool paints(const QWidget &widget, const QVector<QColor> &colors)
+{
+    const QImage image =
+        const_cast<QWidget &>(widget).grab().toImage().convertToFormat(QImage::Format_RGB32);
+    for (int y = 0; y < image.height(); ++y) {
+        const auto *const line = reinterpret_cast<const QRgb *>(image.constScanLine(y));
+        for (const QColor &color : colors) {
+            if (std::find(line, line + image.width(), color.rgb()) != line + image.width())
+                return true;
+        }
+    }
+    return false;
+}
+
+int run_gui_test(int argc, char **argv, const std::function<int(int, char **)> &run)
+{
+    const QApplication application(argc, argv);
+    apply_application_look();
+    return run(argc, argv);
+}

@@ -1,0 +1,280 @@
+// SPDX-License-Identifier: MIT
+#include "drv/drv_command.h"
+#include "drv/drv_device.h"
+#include "tests/support/simulator.h"
+
+#include <QtTest/QTest>
+
+#include <functional>
+
+namespace {
+
+const char *const lan_resource = "TCPIP0::127.0.0.1::INSTR";
+
+drv_command_t &command()
+{
+    return *drv_command_t::instance();
+}
+drv_device_t &device()
+{
+    return *drv_device_t::instance();
+}
+
+using operation_t = std::function<bool()>;
+
+} // namespace
+
+Q_DECLARE_METATYPE(operation_t)
+
+class test_instrument_link : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void scan_lists_every_usb_instrument_in_order();
+    void scan_without_instruments_finds_nothing();
+    void failed_lan_connect_keeps_the_old_link();
+    void resource_name_is_remembered_for_lan_only();
+    void failed_close_keeps_the_session();
+    void operations_send_exact_texts_data();
+    void operations_send_exact_texts();
+    void lan_apply_stops_at_the_first_failure();
+    void lan_read_failing_half_way_copies_nothing();
+    void replies_lose_exactly_one_character_data();
+    void replies_lose_exactly_one_character();
+    void failed_read_counts_as_answer();
+    void closed_link_mode_sends_nothing_unless_forced();
+    void short_upgrade_identity_keeps_the_rest();
+    void short_route_reply_means_not_routed();
+
+private:
+    simulator_t simulator;
+};
+
+void test_instrument_link::init()
+{
+    simulator.reset();
+    QVERIFY(device().visa_is_ready());
+    QVERIFY(device().lan_connect("127.0.0.1"));
+    command().set_link_mode(link_modes::connected);
+}
+
+void test_instrument_link::scan_lists_every_usb_instrument_in_order()
+{
+    simulator.load_fleet(R"({"instruments": [
+        {"product": 21, "serial": "X2", "resources": ["USB0::0xA17E::0x2000::X2::INSTR"]},
+        {"product": 44, "serial": "L1", "resources": ["TCPIP0::127.0.0.9::INSTR"]},
+        {"product": 44, "serial": "X1", "resources": ["USB0::0xA17E::0x2000::X1::INSTR"]}]})");
+    std::vector<std::string> list{"kept"};
+    int count = -1;
+    QCOMPARE(device().usb_scan(list, count), visa_result::done);
+    QCOMPARE(count, 2);
+    QCOMPARE(list, (std::vector<std::string>{"kept", "USB0::0xA17E::0x2000::X2::INSTR",
+                                             "USB0::0xA17E::0x2000::X1::INSTR"}));
+}
+
+void test_instrument_link::scan_without_instruments_finds_nothing()
+{
+    simulator.load_fleet(R"({"instruments": []})");
+    std::vector<std::string> list;
+    int count = -1;
+    QCOMPARE(device().usb_scan(list, count), visa_result::nothing_found);
+    QCOMPARE(count, 0);
+    QVERIFY(list.empty());
+}
+
+void test_instrument_link::failed_lan_connect_keeps_the_old_link()
+{
+    QVERIFY(!device().lan_connect("127.0.0.77"));
+    QVERIFY(!device().lan_connect("no address::at all"));
+    std::string name;
+    QVERIFY(device().link_resource_name(name));
+    QCOMPARE(name, std::string(lan_resource));
+    std::string reply;
+    QVERIFY(command().query("SHOW:PRODect:ID?", reply));
+    QCOMPARE(reply, std::string("44"));
+}
+
+void test_instrument_link::resource_name_is_remembered_for_lan_only()
+{
+    std::vector<std::string> list;
+    int count = 0;
+    device().usb_scan(list, count);
+    QVERIFY(device().usb_connect_resource(list.at(1)));
+    std::string name = "before";
+    QVERIFY(device().link_resource_name(name));
+    QCOMPARE(name, std::string());
+
+    QVERIFY(device().link_disconnect());
+    name = "before";
+    QVERIFY(!device().link_resource_name(name));
+    QCOMPARE(name, std::string("before"));
+    QVERIFY(!device().usb_connect_resource("USB0::0xA17E::0x2000::NONE::INSTR"));
+    QVERIFY(!device().link_write("*RST", 4));
+}
+
+void test_instrument_link::failed_close_keeps_the_session()
+{
+    simulator.fail_call(CORVANE_SIM_CLOSE);
+    QVERIFY(!device().link_disconnect());
+    std::string name;
+    QVERIFY(device().link_resource_name(name));
+    QCOMPARE(name, std::string(lan_resource));
+    QVERIFY(device().link_opc_wait());
+}
+
+void test_instrument_link::operations_send_exact_texts_data()
+{
+    QTest::addColumn<operation_t>("operation");
+    QTest::addColumn<bool>("result");
+    QTest::addColumn<QByteArrayList>("texts");
+    const auto row = [](const char *name, const operation_t &operation, bool result,
+                        const QByteArrayList &texts) {
+        QTest::newRow(name) << operation << result << texts;
+    };
+    const lan_settings_t fixed{"0", "bench", "10.0.0.2", "255.0.0.0", "10.0.0.1", "ignored"};
+    const lan_settings_t dhcp{"1", "bench", "10.0.0.2", "255.0.0.0", "10.0.0.1", "ignored"};
+    row("route", [] { return command().add_route("A", "13"); }, true, {"ADD:ROUTe A13"});
+    row("unroute", [] { return command().add_route("D", "0"); }, true, {"ADD:ROUTe D0"});
+    row("set colour", [] { return command().set_color("B", "Red"); }, true, {"SET:COLOR B,Red"});
+    row("colour query says false though answered",
+        [] {
+            std::string color;
+            const bool result = command().get_color("D", color);
+            return color == "GREEN" ? result : true;
+        },
+        false, {"GET:COLOR? D"});
+    row("LAN with a fixed address", [fixed] { return command().lan_apply(fixed); }, true,
+        {"SET:LAN:DHCP 0", "SET:LAN:IP 10.0.0.2", "SET:LAN:SNMask 255.0.0.0", "SET:LAN:GW 10.0.0.1",
+         "SET:LAN:HOST:NAMe bench"});
+    row("LAN with DHCP", [dhcp] { return command().lan_apply(dhcp); }, true,
+        {"SET:LAN:DHCP 1", "SET:LAN:HOST:NAMe bench"});
+    row("refresh", [] { return command().device_refresh(); }, true,
+        {"SHOW:MNAMe?", "SHOW:SERial?", "SHOW:SVERsion?", "SHOW:PRODect:ID?", "SHOW:LAN:DHCP?",
+         "SHOW:LAN:IP?", "SHOW:LAN:SNMask?", "SHOW:LAN:GW?", "SHOW:LAN:HOST:NAMe?",
+         "SHOW:LAN:MAC:ADDRess?"});
+    row("operation complete", [] { return device().link_opc_wait(); }, true, {"*OPC?"});
+    row("bytes as they are", [] { return device().link_write("REBOOT\0", 7); }, true,
+        {QByteArray("REBOOT\0", 7)});
+}
+
+void test_instrument_link::operations_send_exact_texts()
+{
+    QFETCH(operation_t, operation);
+    QFETCH(bool, result);
+    QFETCH(QByteArrayList, texts);
+    QCOMPARE(operation(), result);
+    QCOMPARE(simulator.take_texts(), texts);
+}
+
+void test_instrument_link::lan_apply_stops_at_the_first_failure()
+{
+    lan_settings_t before;
+    QVERIFY(command().lan_read(before));
+    simulator.take_texts();
+    simulator.fail_call(CORVANE_SIM_WRITE, 3);
+    QVERIFY(!command().lan_apply({"0", "bench", "10.0.0.2", "255.0.0.0", "10.0.0.1", ""}));
+    QCOMPARE(simulator.take_texts(), QByteArrayList({"SET:LAN:DHCP 0", "SET:LAN:IP 10.0.0.2"}));
+}
+
+void test_instrument_link::lan_read_failing_half_way_copies_nothing()
+{
+    lan_settings_t settings{"x", "x", "x", "x", "x", "x"};
+    simulator.fail_call(CORVANE_SIM_READ, 4);
+    QVERIFY(!command().lan_read(settings));
+    QCOMPARE(settings.ip_address, std::string("x"));
+    QCOMPARE(simulator.take_texts().last(), QByteArray("SHOW:LAN:GW?"));
+}
+
+void test_instrument_link::replies_lose_exactly_one_character_data()
+{
+    QTest::addColumn<QByteArray>("reply");
+    QTest::addColumn<bool>("answered");
+    QTest::addColumn<QByteArray>("text");
+    QTest::newRow("line end") << QByteArray("1\n") << true << QByteArray("1");
+    QTest::newRow("CR LF") << QByteArray("1\r\n") << true << QByteArray("1\r");
+    QTest::newRow("no terminator") << QByteArray("TMX") << true << QByteArray("TM");
+    QTest::newRow("one character") << QByteArray("\n") << true << QByteArray();
+    QTest::newRow("empty") << QByteArray() << false << QByteArray("before");
+    QTest::newRow("embedded NUL") << QByteArray("ab\0cd\n", 6) << true << QByteArray("a");
+    QTest::newRow("NUL first") << QByteArray("\0cd\n", 4) << false << QByteArray("before");
+    QTest::newRow("not UTF-8") << QByteArray("\xc3\x28\n") << true << QByteArray("\xc3\x28");
+    QTest::newRow("exactly the buffer") << QByteArray(299, 'x') + '\n'
+                                        << true << QByteArray(299, 'x');
+    QTest::newRow("more than the buffer") << QByteArray(5000, 'y') << true << QByteArray(299, 'y');
+}
+
+void test_instrument_link::replies_lose_exactly_one_character()
+{
+    QFETCH(QByteArray, reply);
+    QFETCH(bool, answered);
+    QFETCH(QByteArray, text);
+    simulator.script_reply("SHOW:TEMPerature?", reply);
+    std::string out = "before";
+    QCOMPARE(command().query("SHOW:TEMPerature?", out), answered);
+    QCOMPARE(QByteArray::fromStdString(out), text);
+
+    // What was left of the reply does not reach the next query.
+    QVERIFY(command().query("SHOW:PRODect:ID?", out));
+    QCOMPARE(out, std::string("44"));
+}
+
+void test_instrument_link::failed_read_counts_as_answer()
+{
+    std::array<char, 20> buffer{};
+    simulator.fail_call(CORVANE_SIM_READ, 1, simulator_t::vi_error_tmo);
+    QVERIFY(device().link_query("*OPC?", buffer.data(), buffer.size()));
+    QCOMPARE(buffer[0], '\0');
+    simulator.script_reply("*OPC?", "");
+    QVERIFY(!device().link_opc_wait());
+    simulator.fail_call(CORVANE_SIM_WRITE);
+    QVERIFY(!device().link_query("*OPC?", buffer.data(), buffer.size()));
+
+    std::string out = "before";
+    simulator.fail_call(CORVANE_SIM_READ, 1, simulator_t::vi_error_tmo);
+    QVERIFY(!command().query("*IDN?", out));
+    QCOMPARE(out, std::string("before"));
+}
+
+void test_instrument_link::closed_link_mode_sends_nothing_unless_forced()
+{
+    command().set_link_mode(link_modes::not_connected);
+    std::string out;
+    QVERIFY(!command().send_command("ADD:ROUTe A3"));
+    QVERIFY(!command().query("ROUTes?", out));
+    QVERIFY(!command().read_reply(out));
+    QCOMPARE(simulator.take_texts(), QByteArrayList());
+    QVERIFY(command().query("*IDN?", out, true));
+    QCOMPARE(simulator.take_texts(), QByteArrayList{"*IDN?"});
+}
+
+void test_instrument_link::short_upgrade_identity_keeps_the_rest()
+{
+    upgrade_id_t record{7, 7, 7, 7};
+    simulator.script_reply("UPGRADE:ID?", "44,-3\n", 1);
+    QVERIFY(command().upgrade_id_read(record));
+    QCOMPARE((std::vector<int>{record.id, record.lowest, record.highest, record.exact}),
+             (std::vector<int>{44, -3, 7, 7}));
+    simulator.script_reply("UPGRADE:ID?", "1, 2,x,99999999999999999999,5\n", 1);
+    QVERIFY(command().upgrade_id_read(record));
+    QCOMPARE((std::vector<int>{record.id, record.lowest, record.highest}),
+             (std::vector<int>{1, 2, 0}));
+}
+
+void test_instrument_link::short_route_reply_means_not_routed()
+{
+    std::string label = "before";
+    simulator.script_reply("ROUTes?", "3,14,9,10\n", 1);
+    QVERIFY(command().route_of("C", label));
+    QCOMPARE(label, std::string("9"));
+    simulator.script_reply("ROUTes?", "3,14\n", 1);
+    QVERIFY(command().route_of_ab("C", label));
+    QCOMPARE(label, std::string("9"));
+    simulator.script_reply("ROUTes?", "3,14\n", 1);
+    QVERIFY(command().route_of("C", label));
+    QCOMPARE(label, std::string());
+}
+
+QTEST_GUILESS_MAIN(test_instrument_link)
+#include "test_instrument_link.moc"

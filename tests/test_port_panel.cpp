@@ -1,0 +1,421 @@
+// SPDX-License-Identifier: MIT
+#include "tests/support/simulator.h"
+#include "tests/support/window_driver.h"
+
+#include <QApplication>
+#include <QSet>
+#include <QtTest/QTest>
+
+namespace {
+
+const QColor blue("blue");
+const QColor deepskyblue("deepskyblue");
+const QColor greenyellow("greenyellow");
+const QColor magenta("magenta");
+const QColor white("white");
+
+QStringList numbers(int first, int last)
+{
+    QStringList labels;
+    for (int number = first; number <= last; ++number)
+        labels.append(QString::number(number));
+    return labels;
+}
+
+QByteArrayList color_queries(const QByteArray &letters)
+{
+    QByteArrayList texts;
+    for (const char letter : letters)
+        texts.append(QByteArrayLiteral("GET:COLOR? ") + letter);
+    return texts;
+}
+
+QByteArrayList route_queries(int count)
+{
+    QByteArrayList texts;
+    for (int query = 0; query < count; ++query)
+        texts.append(QByteArrayLiteral("ROUTes?"));
+    return texts;
+}
+
+/// Compares ports without their order.
+QSet<QString> set_of(const QStringList &ports)
+{
+    return {ports.begin(), ports.end()};
+}
+
+} // namespace
+
+class test_port_panel : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void products_data();
+    void connect_reads_identity_colors_and_routes_data() { products_data(); }
+    void connect_reads_identity_colors_and_routes();
+    void panel_has_the_ports_of_its_product_data() { products_data(); }
+    void panel_has_the_ports_of_its_product();
+    void pick_disables_what_the_port_cannot_reach_data();
+    void pick_disables_what_the_port_cannot_reach();
+    void route_goes_out_once_and_is_read_back_data() { products_data(); }
+    void route_goes_out_once_and_is_read_back();
+    void reset_removes_the_routes_of_every_button_data() { products_data(); }
+    void reset_removes_the_routes_of_every_button();
+    void odd_replies_light_nothing_data();
+    void odd_replies_light_nothing();
+    void odd_colors_keep_the_color_data();
+    void odd_colors_keep_the_color();
+    void lit_test_port_click_removes_its_route();
+    void taken_test_port_keeps_the_pick();
+    void refused_route_does_not_light_up();
+    void pick_survives_reset();
+    void routes_of_another_product_do_not_show();
+    void unplugged_instrument_leaves_the_panel_usable();
+    void keyboard_routes_a_port();
+
+private:
+    simulator_t simulator;
+};
+
+void test_port_panel::init()
+{
+    simulator.reset();
+}
+
+void test_port_panel::products_data()
+{
+    QTest::addColumn<QString>("product");
+    QTest::addColumn<QString>("vna_ports");
+    QTest::addColumn<int>("test_ports");
+    QTest::addColumn<QByteArray>("asked_colors");
+    QTest::addColumn<int>("route_queries");
+    QTest::newRow("44") << "44"
+                        << "ABCD" << 24 << QByteArray("ABCD") << 4;
+    QTest::newRow("42") << "42"
+                        << "ABCD" << 12 << QByteArray("ABCD") << 4;
+    QTest::newRow("24") << "24"
+                        << "AB" << 24 << QByteArray("AB") << 2;
+    QTest::newRow("22") << "22"
+                        << "AB" << 12 << QByteArray("ABCD") << 4;
+    QTest::newRow("21") << "21"
+                        << "AB" << 6 << QByteArray("ABCD") << 4;
+}
+
+void test_port_panel::connect_reads_identity_colors_and_routes()
+{
+    QFETCH(QString, product);
+    QFETCH(QByteArray, asked_colors);
+    QFETCH(int, route_queries);
+    window_driver_t driver;
+    QVERIFY(driver.connect_usb(QStringLiteral("SN%1").arg(product)));
+
+    const QByteArrayList identity{"SHOW:MNAMe?", "SHOW:SERial?", "SHOW:SVERsion?",
+                                  "SHOW:PRODect:ID?"};
+    const QByteArrayList expected =
+        identity + color_queries(asked_colors) + ::route_queries(route_queries);
+    // Rescan connects the first instrument, of product 44; what was chosen comes last.
+    const QByteArrayList texts = simulator.take_texts();
+    QCOMPARE(texts.mid(texts.size() - expected.size()), expected);
+    QCOMPARE(texts.size(), product == QLatin1String("44") ? 12 : 12 + expected.size());
+    QCOMPARE(driver.panel(), QStringLiteral("ui_%1port_control_widget_t").arg(product));
+    QCOMPARE(driver.link_text(), QStringLiteral("(USB)"));
+    QVERIFY(driver.status_text().startsWith(QStringLiteral("TMX50%1,Serial:SN%1").arg(product)));
+}
+
+void test_port_panel::panel_has_the_ports_of_its_product()
+{
+    QFETCH(QString, product);
+    QFETCH(QString, vna_ports);
+    QFETCH(int, test_ports);
+    window_driver_t driver;
+    QVERIFY(driver.connect_usb(QStringLiteral("SN%1").arg(product)));
+
+    for (const QChar &letter : QStringLiteral("ABCD"))
+        QCOMPARE(driver.button(letter) != nullptr, vna_ports.contains(letter));
+    for (int number = 1; number <= 25; ++number) {
+        const QAbstractButton *const port = driver.button(QString::number(number));
+        QCOMPARE(port != nullptr, number <= test_ports);
+    }
+    // 13 to 24 lie above 1 to 12, and each block of six is a row from left to right.
+    const auto place = [&driver](int number) {
+        const QAbstractButton *const port = driver.button(QString::number(number));
+        return port->mapTo(&driver.window, QPoint(0, 0));
+    };
+    for (int number = 2; number <= test_ports; ++number) {
+        if (number != 13) {
+            QVERIFY(place(number).x() > place(number - 1).x());
+            QCOMPARE(place(number).y(), place(number - 1).y());
+        }
+    }
+    if (test_ports == 24)
+        QVERIFY(place(13).y() < place(1).y());
+    QVERIFY(place(test_ports).x() + driver.button(QStringLiteral("1"))->width() <=
+            driver.window.width());
+}
+
+void test_port_panel::pick_disables_what_the_port_cannot_reach_data()
+{
+    QTest::addColumn<QString>("product");
+    QTest::addColumn<QString>("picked");
+    QTest::addColumn<QStringList>("disabled");
+    const QStringList left = numbers(1, 6) + numbers(13, 18);
+    const QStringList right = numbers(7, 12) + numbers(19, 24);
+    QTest::newRow("44 A") << "44"
+                          << "A" << QStringList{"B", "C", "D"} + right;
+    QTest::newRow("44 D") << "44"
+                          << "D" << QStringList{"A", "B", "C"} + left;
+    QTest::newRow("42 B") << "42"
+                          << "B" << QStringList{"A", "C", "D"} + numbers(7, 12);
+    QTest::newRow("42 C") << "42"
+                          << "C" << QStringList{"A", "B", "D"} + numbers(1, 6);
+    QTest::newRow("24 A") << "24"
+                          << "A" << QStringList{"B"};
+    QTest::newRow("22 B") << "22"
+                          << "B" << QStringList{"A"};
+    QTest::newRow("21 A") << "21"
+                          << "A" << QStringList{"B"};
+}
+
+void test_port_panel::pick_disables_what_the_port_cannot_reach()
+{
+    QFETCH(QString, product);
+    QFETCH(QString, picked);
+    QFETCH(QStringList, disabled);
+    window_driver_t driver;
+    QVERIFY(driver.connect_usb(QStringLiteral("SN%1").arg(product)));
+    QVERIFY(driver.click(QStringLiteral("Reset")));
+    QCOMPARE(driver.disabled_ports(), QStringList());
+    simulator.take_texts();
+
+    QVERIFY(driver.click(picked));
+    QCOMPARE(set_of(driver.disabled_ports()), set_of(disabled));
+    QCOMPARE(driver.painted({white}).contains(picked), false);
+    QCOMPARE(simulator.take_texts(), QByteArrayList());
+
+    // A second click on the picked port changes nothing.
+    QVERIFY(driver.click(picked));
+    QCOMPARE(set_of(driver.disabled_ports()), set_of(disabled));
+}
+
+void test_port_panel::route_goes_out_once_and_is_read_back()
+{
+    QFETCH(QString, product);
+    QFETCH(int, route_queries);
+    window_driver_t driver;
+    QVERIFY(driver.connect_usb(QStringLiteral("SN%1").arg(product)));
+    QVERIFY(driver.click(QStringLiteral("Reset")));
+    simulator.take_texts();
+
+    QVERIFY(driver.click(QStringLiteral("A")));
+    QVERIFY(driver.click(QStringLiteral("3")));
+    QCOMPARE(simulator.take_texts(),
+             QByteArrayList{"ADD:ROUTe A3"} + ::route_queries(route_queries));
+    QCOMPARE(driver.painted({deepskyblue}), QStringList({"A", "3"}));
+    QCOMPARE(driver.disabled_ports(), QStringList());
+
+    QVERIFY(driver.click(QStringLiteral("B")));
+    QVERIFY(driver.click(QStringLiteral("4")));
+    QCOMPARE(driver.painted({blue}), QStringList({"B", "4"}));
+
+    simulator.take_texts();
+    QVERIFY(driver.click(QStringLiteral("A")));
+    QCOMPARE(simulator.take_texts(),
+             QByteArrayList{"ADD:ROUTe A0"} + ::route_queries(route_queries));
+    QCOMPARE(driver.painted({deepskyblue}), QStringList());
+    QCOMPARE(driver.painted({blue}), QStringList({"B", "4"}));
+}
+
+void test_port_panel::reset_removes_the_routes_of_every_button()
+{
+    QFETCH(QString, product);
+    QFETCH(QString, vna_ports);
+    QFETCH(QByteArray, asked_colors);
+    QFETCH(int, route_queries);
+    window_driver_t driver;
+    QVERIFY(driver.connect_usb(QStringLiteral("SN%1").arg(product)));
+    simulator.take_texts();
+
+    QVERIFY(driver.click(QStringLiteral("Reset")));
+    QByteArrayList expected;
+    for (const QChar &letter : vna_ports)
+        expected.append(QByteArray("ADD:ROUTe ") + letter.toLatin1() + '0');
+    QCOMPARE(simulator.take_texts(),
+             expected + color_queries(asked_colors) + ::route_queries(route_queries));
+    QCOMPARE(driver.lit_ports(), QStringList());
+}
+
+void test_port_panel::odd_replies_light_nothing_data()
+{
+    QTest::addColumn<QByteArray>("reply");
+    QTest::addColumn<QStringList>("lit");
+    QTest::newRow("a port that no panel has") << QByteArray("25,0,0,0\n") << QStringList();
+    QTest::newRow("no label at all") << QByteArray("\n") << QStringList();
+    QTest::newRow("empty fields") << QByteArray(",,,\n") << QStringList();
+    QTest::newRow("one field") << QByteArray("3\n") << QStringList{"A", "3"};
+    QTest::newRow("more fields than ports") << QByteArray("0,2,0,0,5,6\n") << QStringList{"B", "2"};
+    QTest::newRow("blank before the label") << QByteArray(" 3,0,0,0\n") << QStringList();
+    QTest::newRow("no terminator: the last digit is cut")
+        << QByteArray("0,0,0,12") << QStringList{"D", "1"};
+    QTest::newRow("embedded NUL") << QByteArray("2,0\0,4,0\n", 9) << QStringList{"A", "2"};
+    QTest::newRow("not UTF-8") << QByteArray("\xff\xfe,0,0,0\n") << QStringList();
+    QTest::newRow("300 bytes and more") << QByteArray(5000, '7') + '\n' << QStringList();
+    QTest::newRow("one port twice") << QByteArray("4,4,0,0\n") << QStringList{"A", "B", "4"};
+}
+
+void test_port_panel::odd_replies_light_nothing()
+{
+    QFETCH(QByteArray, reply);
+    QFETCH(QStringList, lit);
+    window_driver_t driver;
+    simulator.script_reply("ROUTes?", reply);
+    QVERIFY(driver.connect_usb(QStringLiteral("SN44")));
+    QCOMPARE(driver.lit_ports(), lit);
+    QCOMPARE(driver.disabled_ports(), QStringList());
+}
+
+void test_port_panel::odd_colors_keep_the_color_data()
+{
+    QTest::addColumn<QByteArray>("reply");
+    QTest::addColumn<QColor>("shown");
+    QTest::newRow("RED is shown as magenta") << QByteArray("RED\n") << magenta;
+    QTest::newRow("GREEN is shown as greenyellow") << QByteArray("GREEN\n") << greenyellow;
+    QTest::newRow("other case keeps port A's own blue") << QByteArray("Red\n") << blue;
+    QTest::newRow("extra characters") << QByteArray("RED \n") << blue;
+    QTest::newRow("empty") << QByteArray("\n") << blue;
+}
+
+void test_port_panel::odd_colors_keep_the_color()
+{
+    QFETCH(QByteArray, reply);
+    QFETCH(QColor, shown);
+    window_driver_t driver;
+    simulator.script_reply("GET:COLOR? A", reply);
+    simulator.script_reply("ROUTes?", "5,0,0,0\n");
+    QVERIFY(driver.connect_usb(QStringLiteral("SN44")));
+    QCOMPARE(driver.painted({shown}), QStringList({"A", "5"}));
+}
+
+void test_port_panel::lit_test_port_click_removes_its_route()
+{
+    window_driver_t driver;
+    QVERIFY(driver.connect_usb(QStringLiteral("SN44")));
+    const QStringList lit = driver.lit_ports();
+    QVERIFY(lit.contains(QStringLiteral("14")));
+    simulator.take_texts();
+
+    QVERIFY(driver.click(QStringLiteral("14")));
+    QCOMPARE(simulator.take_texts(), QByteArrayList{"ADD:ROUTe B0"} + route_queries(4));
+    QVERIFY(!driver.lit_ports().contains(QStringLiteral("14")));
+    QVERIFY(driver.click(QStringLiteral("14")));
+    QCOMPARE(simulator.take_texts(), QByteArrayList());
+}
+
+void test_port_panel::taken_test_port_keeps_the_pick()
+{
+    window_driver_t driver;
+    QVERIFY(driver.connect_usb(QStringLiteral("SN44")));
+    QVERIFY(driver.click(QStringLiteral("A")));
+    const QStringList disabled = driver.disabled_ports();
+    simulator.take_texts();
+
+    QVERIFY(driver.click(QStringLiteral("14")));
+    QCOMPARE(simulator.take_texts(), QByteArrayList());
+    QCOMPARE(driver.disabled_ports(), disabled);
+    QVERIFY(driver.click(QStringLiteral("13")));
+    QCOMPARE(simulator.take_texts().first(), QByteArray("ADD:ROUTe A13"));
+}
+
+void test_port_panel::refused_route_does_not_light_up()
+{
+    window_driver_t driver;
+    QVERIFY(driver.connect_usb(QStringLiteral("SN44")));
+    QVERIFY(driver.click(QStringLiteral("Reset")));
+    simulator.fail_call(CORVANE_SIM_WRITE);
+
+    QVERIFY(driver.click(QStringLiteral("A")));
+    QVERIFY(driver.click(QStringLiteral("3")));
+    QCOMPARE(driver.lit_ports(), QStringList());
+    QCOMPARE(driver.disabled_ports(), QStringList());
+}
+
+void test_port_panel::pick_survives_reset()
+{
+    window_driver_t driver;
+    QVERIFY(driver.connect_usb(QStringLiteral("SN44")));
+    QVERIFY(driver.click(QStringLiteral("A")));
+    QVERIFY(driver.click(QStringLiteral("Reset")));
+    QCOMPARE(driver.lit_ports(), QStringList());
+    QCOMPARE(driver.disabled_ports(), QStringList());
+    simulator.take_texts();
+
+    QVERIFY(driver.click(QStringLiteral("6")));
+    QCOMPARE(simulator.take_texts().first(), QByteArray("ADD:ROUTe A6"));
+    QCOMPARE(driver.painted({deepskyblue}), QStringList({"A", "6"}));
+}
+
+void test_port_panel::routes_of_another_product_do_not_show()
+{
+    window_driver_t driver;
+    QVERIFY(driver.connect_usb(QStringLiteral("SN44")));
+    QVERIFY(driver.lit_ports().contains(QStringLiteral("9")));
+
+    // Product 22 asks for "C" too, which the link still holds from product 44.
+    QVERIFY(driver.connect_usb(QStringLiteral("SN22")));
+    QCOMPARE(driver.lit_ports(), QStringList());
+    simulator.take_texts();
+    QVERIFY(driver.click(QStringLiteral("9")));
+    QCOMPARE(simulator.take_texts(), QByteArrayList());
+
+    QVERIFY(driver.click(QStringLiteral("B")));
+    QVERIFY(driver.click(QStringLiteral("9")));
+    QCOMPARE(driver.lit_ports(), QStringList({"B", "9"}));
+    QVERIFY(driver.connect_usb(QStringLiteral("SN24")));
+    QCOMPARE(driver.lit_ports(), QStringList());
+}
+
+void test_port_panel::unplugged_instrument_leaves_the_panel_usable()
+{
+    window_driver_t driver;
+    QVERIFY(driver.connect_usb(QStringLiteral("SN44")));
+    const QByteArray resource = driver.devices().first().toLatin1();
+    // In the middle of the refresh that follows a route.
+    simulator.unplug_at_call(CORVANE_SIM_READ, 2);
+    QVERIFY(driver.click(QStringLiteral("A")));
+    QVERIFY(driver.click(QStringLiteral("3")));
+    QCOMPARE(driver.disabled_ports(), QStringList());
+    QVERIFY(driver.click(QStringLiteral("Reset")));
+    QCOMPARE(driver.lit_ports(), QStringList());
+
+    simulator.plug(resource);
+    QVERIFY(driver.connect_usb(QStringLiteral("SN44")));
+    QVERIFY(driver.click(QStringLiteral("Reset")));
+    QVERIFY(driver.click(QStringLiteral("A")));
+    QVERIFY(driver.click(QStringLiteral("3")));
+    QCOMPARE(driver.lit_ports(), QStringList({"A", "3"}));
+}
+
+void test_port_panel::keyboard_routes_a_port()
+{
+    window_driver_t driver;
+    QVERIFY(driver.connect_usb(QStringLiteral("SN42")));
+    driver.button(QStringLiteral("A"))->setFocus(Qt::TabFocusReason);
+    QStringList order;
+    for (int step = 0; step < 4 + 12 + 1; ++step) {
+        order.append(qobject_cast<QAbstractButton *>(QApplication::focusWidget())->text());
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    }
+    QCOMPARE(order, QStringList({"A", "B", "C", "D"}) + numbers(1, 12) + QStringList("Reset"));
+
+    QAbstractButton *const vna_port = driver.button(QStringLiteral("A"));
+    QCOMPARE(vna_port->accessibleName(), QStringLiteral("VNA port A"));
+    QTest::keyClick(vna_port, Qt::Key_Space);
+    QAbstractButton *const test_port = driver.button(QStringLiteral("5"));
+    QCOMPARE(test_port->accessibleName(), QStringLiteral("Test port 5"));
+    QTest::keyClick(test_port, Qt::Key_Space);
+    QCOMPARE(driver.lit_ports(), QStringList({"A", "5"}));
+}
+
+CORVANE_GUI_TEST_MAIN(test_port_panel)
+#include "test_port_panel.moc"
