@@ -5,6 +5,7 @@
 #include "ui/widget/ui_push_button.h"
 #include "ui/widget/ui_tool_button.h"
 
+#include <QApplication>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -64,7 +65,8 @@ port_control_t::port_control_t(const port_layout_t &layout, QWidget *parent)
     : QFrame(parent),
       layout_data(layout),
       test_buttons{{QStringLiteral("0"), nullptr}},
-      port_colors(layout.default_colors)
+      port_colors(layout.default_colors),
+      focus_ring(new QFocusFrame(this))
 {
     for (const QString &letter : layout_data.routed_ports)
         routes.insert(letter, nullptr);
@@ -72,6 +74,7 @@ port_control_t::port_control_t(const port_layout_t &layout, QWidget *parent)
     build_test_blocks();
     build_reset_button();
     set_tab_order();
+    follow_focus();
 
     auto *const top_layout = new QHBoxLayout;
     top_layout->addStretch(1);
@@ -139,6 +142,7 @@ void port_control_t::build_reset_button()
     reset_btn = new ui_push_button_t(this);
     reset_btn->setText(tr("Reset"));
     reset_btn->setStyleSheet(QStringLiteral("font-size:20px;"));
+    reset_btn->setFocusPolicy(Qt::TabFocus);
 }
 
 /// VNA ports first, then the test ports in the order of their numbers, then Reset.
@@ -153,6 +157,13 @@ void port_control_t::set_tab_order()
     order.append(reset_btn);
     for (int index = 1; index < order.size(); ++index)
         setTabOrder(order.at(index - 1), order.at(index));
+}
+
+void port_control_t::follow_focus()
+{
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget * /*old*/, QWidget *now) {
+        focus_ring->setWidget(now != nullptr && isAncestorOf(now) ? now : nullptr);
+    });
 }
 
 void port_control_t::refresh()

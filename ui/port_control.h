@@ -4,6 +4,7 @@
 #include "ui/port_layout.h"
 
 #include <QButtonGroup>
+#include <QFocusFrame>
 #include <QFrame>
 #include <QMap>
 #include <QString>
@@ -53,6 +54,7 @@ private:
     QGroupBox *build_block(int first_port);
     void build_reset_button();
     void set_tab_order();
+    void follow_focus();
 
     void refresh_port_colors();
     void refresh_routes();
@@ -75,4 +77,6 @@ private:
     QHBoxLayout *vna_layout;
     QGridLayout *test_layout;
     ui_push_button_t *reset_btn;
+    /// Drawn around the button that the keyboard has reached; clicks do not move the focus.
+    QFocusFrame *focus_ring;
 };
