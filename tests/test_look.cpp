@@ -50,7 +50,7 @@ void test_look::pictures_decode_data()
     const auto row = [](const char *path, const QSize &least_size) {
         QTest::newRow(path) << QString::fromLatin1(path) << least_size;
     };
-    row("norvale.ico", {32, 32});
+    row("norvale.ico", {16, 16});
     row("norvale.png", {128, 128});
     row("waiting.gif", {32, 32});
     row("panel.png", {948, 205});
