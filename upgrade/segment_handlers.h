@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <string>
+
+/// Sends a segment, or the next part of it, to the instrument: the package's narrow name, the bytes
+/// of the segment that are sent (which it brings up to date), the type, offset and length of the
+/// segment record. False when the segment has failed.
+using segment_handler_t =
+    std::function<bool(const std::string &file_name, std::uint32_t &progress, std::uint32_t type,
+                       std::uint32_t data_offset, std::uint32_t data_length)>;
+
+/// The size of the blocks in which images go out, and the pauses after the commands.
+namespace segment_transfer {
+constexpr std::size_t block_bytes = 2048;
+constexpr unsigned long announce_pause_ms = 10;
+constexpr unsigned long block_pause_ms = 150;
+constexpr unsigned long parameter_pause_ms = 30;
+} // namespace segment_transfer
+
+/// Enters the handler of every kind of segment into the table by which `dispatch_segment` goes.
+/// There is one table for the process; fill it only while no upgrade runs.
+void fill_segment_handlers();
+
+/// Calls the handler for the low byte of `type`; false when there is none. An image goes out one
+/// block a call, a parameter at once.
+bool dispatch_segment(const std::string &file_name, std::uint32_t &progress, std::uint32_t type,
+                      std::uint32_t data_offset, std::uint32_t data_length);

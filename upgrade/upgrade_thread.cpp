@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+#include "upgrade/upgrade_thread.h"
+
+#include "upgrade/package_reader.h"
+#include "upgrade/segment_chain.h"
+#include "upgrade/segment_handlers.h"
+#include "upgrade/upgrade_file.h"
+#include "upgrade/upgrade_protocol.h"
+
+upgrade_thread_t::upgrade_thread_t(QObject *parent) : QThread(parent)
+{
+    fill_segment_handlers();
+}
+
+upgrade_thread_t::~upgrade_thread_t()
+{
+    requestInterruption();
+    wait();
+}
+
+void upgrade_thread_t::run()
+{
+    const std::string file_name = upgrade_file_name();
+    upgrade_header_t header{};
+    read_upgrade_header(file_name, header);
+    const bool complete = send_chain(file_name, header_end_offset(header));
+    reboot();
+    if (complete)
+        emit send_upgrade_success();
+}
+
+bool upgrade_thread_t::send_chain(const std::string &file_name, std::uint32_t end_offset)
+{
+    segment_chain_t chain(file_name, end_offset);
+    chain_step_t step = chain.next();
+    for (; step == chain_step_t::segment; step = chain.next())
+        if (!send_segment(file_name, chain.record()))
+            return false;
+    if (step == chain_step_t::complete)
+        return true;
+    emit send_upgrade_state(0, false);
+    return false;
+}
+
+bool upgrade_thread_t::send_segment(const std::string &file_name, const segment_record_t &record)
+{
+    emit init_progress_bar(record.data_length, record.kind());
+    std::uint32_t progress = 0;
+    const bool complete = send_payload(file_name, record, progress);
+    emit send_upgrade_state(progress, complete);
+    return complete;
+}
+
+bool upgrade_thread_t::send_payload(const std::string &file_name, const segment_record_t &record,
+                                    std::uint32_t &progress)
+{
+    if (!file_holds(file_name, record.data_offset, record.data_length))
+        return false;
+    while (progress < record.data_length) {
+        if (isInterruptionRequested() || !dispatch_segment(file_name, progress, record.type,
+                                                           record.data_offset, record.data_length))
+            return false;
+        emit send_upgrade_state(progress, true);
+    }
+    return true;
+}
