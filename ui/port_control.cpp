@@ -259,10 +259,9 @@ void port_control_t::paint_ports(const QMap<QWidget *, QString> &lit)
 {
     for (ui_tool_button_t *const button : qAsConst(vna_buttons))
         set_text_color(button, lit.value(button, idle_color));
-    for (QToolButton *const button : qAsConst(test_buttons)) {
+    for (QToolButton *const button : qAsConst(test_buttons))
         if (button != nullptr)
             set_text_color(button, lit.value(button, idle_color));
-    }
 }
 
 void port_control_t::enable_all_ports()
@@ -275,8 +274,7 @@ void port_control_t::enable_all_ports()
 
 void port_control_t::disable_other_vna_ports(const QString &letter)
 {
-    for (auto button = vna_buttons.begin(); button != vna_buttons.end(); ++button) {
+    for (auto button = vna_buttons.begin(); button != vna_buttons.end(); ++button)
         if (button.key() != letter)
             button.value()->setEnabled(false);
-    }
 }

@@ -66,10 +66,9 @@ void ui_central_widget_t::change_port_widget_slot(int product_type)
     vna_ports = layout != nullptr ? layout->vna_ports.size() : unknown_product_vna_ports;
 
     // Hiding before showing keeps the window from growing to hold two panels at once.
-    for (port_frame_t *const frame : qAsConst(port_frames)) {
+    for (port_frame_t *const frame : qAsConst(port_frames))
         if (frame != shown)
             frame->hide();
-    }
     empty_panel->setVisible(shown == nullptr);
     if (shown == nullptr)
         return;

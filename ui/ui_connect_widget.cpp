@@ -186,10 +186,9 @@ void ui_connect_widget_t::list_serial_ports()
     drv_command_t::instance()->serial_close();
     int position = 0;
     const QList<QSerialPortInfo> ports = QSerialPortInfo::availablePorts();
-    for (const QSerialPortInfo &port : ports) {
+    for (const QSerialPortInfo &port : ports)
         if (is_instrument_port(port))
             add_device(port.portName(), ++position);
-    }
 }
 
 /// The name comes first: the list's first item is selected, and so connected, as it is added.

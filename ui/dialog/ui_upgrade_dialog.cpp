@@ -1,0 +1,156 @@
+// SPDX-License-Identifier: MIT
+#include "ui/dialog/ui_upgrade_dialog.h"
+
+#include "drv/drv_command.h"
+#include "ui/information_box.h"
+#include "ui/widget/ui_push_button.h"
+#include "upgrade/accepted_id.h"
+#include "upgrade/package_reader.h"
+#include "upgrade/upgrade_file.h"
+#include "upgrade/upgrade_thread.h"
+
+#include <QFile>
+#include <QFileDialog>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QProgressBar>
+
+namespace {
+
+constexpr int full_percent = 100;
+
+/// An instrument that does not answer accepts nothing: no number is in the range from 1 to 0.
+void read_accepted_ids()
+{
+    upgrade_id_t record;
+    record.lowest = 1;
+    drv_command_t::instance()->upgrade_id_read(record);
+    set_accepted_ids(record);
+}
+
+/// Percentage of a segment in 32 bits, which wrap above 42,949,672 bytes. An empty segment has 0.
+std::uint32_t percent_of(std::uint32_t done, std::uint32_t total)
+{
+    return total != 0 ? done * full_percent / total : 0;
+}
+
+} // namespace
+
+ui_upgrade_dialog_t::ui_upgrade_dialog_t(QWidget *parent) : QDialog(parent)
+{
+    build_widgets();
+    read_accepted_ids();
+    thread = new upgrade_thread_t(this);
+    connect_widgets();
+}
+
+void ui_upgrade_dialog_t::build_widgets()
+{
+    path_edit = new QLineEdit;
+    path_edit->setPlaceholderText(QStringLiteral(" "));
+    path_edit->setAlignment(Qt::AlignLeft);
+    path_edit->setReadOnly(true);
+    path_edit->setAccessibleName(tr("Package"));
+    browse_btn = new ui_push_button_t;
+    browse_btn->setText(tr("Browse"));
+    begin_btn = new ui_push_button_t;
+    begin_btn->setText(tr("Begin"));
+    progress_bar = new QProgressBar;
+    progress_bar->setValue(0);
+
+    auto *const file_row = new QHBoxLayout;
+    file_row->addWidget(path_edit);
+    file_row->addWidget(browse_btn);
+    group = new QGroupBox(tr("Firmware Upgrade "));
+    auto *const group_rows = new QVBoxLayout(group);
+    group_rows->addLayout(file_row);
+    group_rows->addWidget(begin_btn);
+    group_rows->addWidget(progress_bar);
+    auto *const rows = new QVBoxLayout(this);
+    rows->addWidget(group);
+}
+
+void ui_upgrade_dialog_t::connect_widgets()
+{
+    connect(browse_btn, SIGNAL(clicked()), this, SLOT(browse_btn_click_slot()),
+            Qt::DirectConnection);
+    connect(begin_btn, SIGNAL(clicked()), this, SLOT(begin_btn_click_slot()), Qt::DirectConnection);
+    connect(thread, SIGNAL(init_progress_bar(ulong, uint)), this,
+            SLOT(init_progress_bar_slot(ulong, uint)), Qt::QueuedConnection);
+    connect(thread, SIGNAL(send_upgrade_state(ulong, bool)), this,
+            SLOT(set_progress_bar_slot(ulong, bool)), Qt::QueuedConnection);
+    connect(thread, SIGNAL(send_upgrade_success()), this, SLOT(upgrade_success_slot()),
+            Qt::QueuedConnection);
+}
+
+void ui_upgrade_dialog_t::browse_btn_click_slot()
+{
+    path = QFileDialog::getOpenFileName(nullptr, tr("Select upgrade files"), QStringLiteral("/"),
+                                        QStringLiteral("*.ADS"));
+    QFile file(path);
+    if (!path.isEmpty() && file.open(QIODevice::ReadOnly)) {
+        file.close();
+        path_edit->setText(path);
+    }
+}
+
+void ui_upgrade_dialog_t::begin_btn_click_slot()
+{
+    const std::string name = to_package_name(path);
+    set_upgrade_file_name(name);
+    upgrade_header_t header{};
+    if (name.empty() || !read_upgrade_header(name, header)) {
+        show_information(this, tr("Upgrade file error!"));
+        return;
+    }
+    QMessageBox::information(this, tr("Information"), tr("Upgrade begin!"), QMessageBox::Ok,
+                             QMessageBox::Ok);
+    thread->start(QThread::InheritPriority);
+}
+
+void ui_upgrade_dialog_t::init_progress_bar_slot(ulong total, uint /*type*/)
+{
+    segment_bytes = static_cast<std::uint32_t>(total);
+    progress_bar->setRange(0, full_percent);
+    progress_bar->setValue(1);
+}
+
+void ui_upgrade_dialog_t::set_progress_bar_slot(ulong done, bool ok)
+{
+    if (!ok) {
+        thread->quit();
+        show_information(this, tr("Upgrade FAIL!"));
+        return;
+    }
+    const auto percent =
+        static_cast<int>(percent_of(static_cast<std::uint32_t>(done), segment_bytes));
+    if (percent == full_percent)
+        progress_bar->setValue(full_percent - 1);
+    else if (percent == 0 && done != 0)
+        progress_bar->setValue(1);
+    else
+        progress_bar->setValue(percent);
+}
+
+void ui_upgrade_dialog_t::upgrade_success_slot()
+{
+    progress_bar->setValue(full_percent);
+    thread->quit();
+    show_information(this, tr("Upgrade OK!"));
+}
+
+/// The dialog stays until the thread has ended, because the link is the thread's until then.
+void ui_upgrade_dialog_t::reject()
+{
+    const bool running = thread->isRunning();
+    group->setEnabled(!running);
+    if (running) {
+        connect(thread, SIGNAL(finished()), this, SLOT(reject()), Qt::UniqueConnection);
+        thread->requestInterruption();
+        return;
+    }
+    disconnect(thread, SIGNAL(finished()), this, SLOT(reject()));
+    QDialog::reject();
+}
