@@ -31,22 +31,22 @@ private:
 void test_connect_panel::start_shows_no_instrument()
 {
     const window_driver_t driver;
-    QCOMPARE(driver.status_text(), QStringLiteral("TMX is disconnected!"));
-    QCOMPARE(driver.link_text(), QStringLiteral("(/)"));
-    QCOMPARE(driver.panel(), QStringLiteral("ui_empty_widget_t"));
+    QCOMPARE(driver.status_text(), "TMX is disconnected!");
+    QCOMPARE(driver.link_text(), "(/)");
+    QCOMPARE(driver.panel(), "ui_empty_widget_t");
     QCOMPARE(driver.devices(), QStringList());
-    QCOMPARE(driver.button(QStringLiteral("Apply")), nullptr);
+    QCOMPARE(driver.button("Apply"), nullptr);
     QCOMPARE(simulator.take_texts(), QByteArrayList());
 }
 
 void test_connect_panel::rescan_leaves_out_foreign_instruments()
 {
     window_driver_t driver;
-    QVERIFY(driver.click(QStringLiteral("Rescan")));
+    QVERIFY(driver.click("Rescan"));
     QCOMPARE(driver.devices().size(), 5);
     for (const QString &name : driver.devices())
-        QVERIFY2(name.contains(QStringLiteral("0xA17E::0x2000")), qPrintable(name));
-    QCOMPARE(driver.panel(), QStringLiteral("ui_44port_control_widget_t"));
+        QVERIFY2(name.contains("0xA17E::0x2000"), qPrintable(name));
+    QCOMPARE(driver.panel(), "ui_44port_control_widget_t");
     QCOMPARE(drv_device_t::instance()->is_usb_link(), true);
     QCOMPARE(driver.take_boxes(), QStringList());
 }
@@ -60,32 +60,32 @@ void test_connect_panel::rescan_keeps_positions_of_the_whole_search()
         {"identity": "OTHER,1,1,1", "resources": ["USB0::0x0001::0x0001::B::INSTR"]},
         {"product": 21, "serial": "X2", "resources": ["USB0::0xA17E::0x2000::X2::INSTR"]}]})");
     window_driver_t driver;
-    QVERIFY(driver.connect_usb(QStringLiteral("X1")));
+    QVERIFY(driver.connect_usb("X1"));
     const auto *const list = driver.window.findChild<QComboBox *>();
     QCOMPARE(list->itemData(0).toInt(), 2);
     QCOMPARE(list->itemData(1).toInt(), 4);
-    QCOMPARE(driver.status_text(), QStringLiteral("TMX5042,Serial:X1,Version:3.1"));
+    QCOMPARE(driver.status_text(), "TMX5042,Serial:X1,Version:3.1");
 }
 
 void test_connect_panel::rescan_of_an_empty_bus_says_so()
 {
     window_driver_t driver;
-    QVERIFY(driver.connect_usb(QStringLiteral("SN44")));
+    QVERIFY(driver.connect_usb("SN44"));
     simulator.load_fleet(R"({"instruments": []})");
-    QVERIFY(driver.click(QStringLiteral("Rescan")));
+    QVERIFY(driver.click("Rescan"));
     QCOMPARE(driver.take_boxes(), QStringList{"Information: Target device no find! [OK, Close]"});
     QCOMPARE(driver.devices(), QStringList());
-    QCOMPARE(driver.link_text(), QStringLiteral("(USB)"));
+    QCOMPARE(driver.link_text(), "(USB)");
 }
 
 void test_connect_panel::busy_usb_instrument_fails_in_silence()
 {
     window_driver_t driver;
     simulator.fail_call(CORVANE_SIM_OPEN);
-    QVERIFY(driver.click(QStringLiteral("Rescan")));
+    QVERIFY(driver.click("Rescan"));
     QCOMPARE(driver.take_boxes(), QStringList());
-    QCOMPARE(driver.link_text(), QStringLiteral("(/)"));
-    QCOMPARE(driver.panel(), QStringLiteral("ui_empty_widget_t"));
+    QCOMPARE(driver.link_text(), "(/)");
+    QCOMPARE(driver.panel(), "ui_empty_widget_t");
     QCOMPARE(driver.devices().size(), 5);
 }
 
@@ -123,8 +123,7 @@ void test_connect_panel::lan_connect()
     QCOMPARE(driver.take_boxes(), boxes);
     QCOMPARE(driver.link_text(), link);
     const bool connected = link == QLatin1String("(LAN)");
-    QCOMPARE(driver.panel(), connected ? QStringLiteral("ui_44port_control_widget_t")
-                                       : QStringLiteral("ui_empty_widget_t"));
+    QCOMPARE(driver.panel(), connected ? "ui_44port_control_widget_t" : "ui_empty_widget_t");
     QCOMPARE(drv_command_t::instance()->link_mode() == link_modes::connected, connected);
     QCOMPARE(drv_device_t::instance()->is_usb_link(), !connected);
     if (connected)
@@ -134,16 +133,16 @@ void test_connect_panel::lan_connect()
 void test_connect_panel::mismatch_after_a_connection_closes_it()
 {
     window_driver_t driver;
-    driver.connect_lan(QStringLiteral("127.0.0.1"));
+    driver.connect_lan("127.0.0.1");
     const QString status = driver.status_text();
     simulator.script_reply("*IDN?", "OTHER\n");
-    driver.connect_lan(QStringLiteral("127.0.0.2"));
-    QCOMPARE(driver.link_text(), QStringLiteral("(/)"));
+    driver.connect_lan("127.0.0.2");
+    QCOMPARE(driver.link_text(), "(/)");
     QCOMPARE(driver.status_text(), status);
     driver.take_boxes();
     simulator.take_texts();
-    QVERIFY(driver.click(QStringLiteral("A")));
-    QVERIFY(driver.click(QStringLiteral("3")));
+    QVERIFY(driver.click("A"));
+    QVERIFY(driver.click("3"));
     QCOMPARE(simulator.take_texts(), QByteArrayList());
 }
 
@@ -169,12 +168,12 @@ void test_connect_panel::broken_identity_shows_the_placeholder()
     QFETCH(QByteArray, reply);
     QFETCH(QString, status);
     window_driver_t driver;
-    QVERIFY(driver.connect_usb(QStringLiteral("SN44")));
+    QVERIFY(driver.connect_usb("SN44"));
     simulator.script_reply(message, reply);
-    QVERIFY(driver.click(QStringLiteral("Rescan")));
-    QCOMPARE(driver.panel(), QStringLiteral("ui_empty_widget_t"));
+    QVERIFY(driver.click("Rescan"));
+    QCOMPARE(driver.panel(), "ui_empty_widget_t");
     QCOMPARE(driver.status_text(), status);
-    QCOMPARE(driver.link_text(), QStringLiteral("(USB)"));
+    QCOMPARE(driver.link_text(), "(USB)");
     QCOMPARE(driver.take_boxes(), QStringList());
 }
 

@@ -17,10 +17,9 @@ int colors_in(QWidget &widget, const QRect &part)
 {
     const QImage image = widget.grab(part).toImage();
     QSet<QRgb> colors;
-    for (int y = 0; y < image.height(); ++y) {
+    for (int y = 0; y < image.height(); ++y)
         for (int x = 0; x < image.width(); ++x)
             colors.insert(image.pixel(x, y));
-    }
     return colors.size();
 }
 
@@ -73,7 +72,7 @@ void test_look::pictures_decode()
 {
     QFETCH(QString, path);
     QFETCH(QSize, least_size);
-    const QImage picture(QStringLiteral(":/image/") + path);
+    const QImage picture(":/image/" + path);
     QVERIFY2(!picture.isNull(), "no such resource, or its image plugin is missing");
     QVERIFY(picture.width() >= least_size.width());
     QVERIFY(picture.height() >= least_size.height());

@@ -26,11 +26,10 @@ private:
 void test_main_window::menus_show_what_can_be_done()
 {
     const window_driver_t driver;
-    QCOMPARE(driver.window.windowTitle(), QStringLiteral("Corvane V1.2.3"));
-    QCOMPARE(driver.entries(QStringLiteral("File")), QStringList("Exit"));
-    QCOMPARE(driver.entries(QStringLiteral("Tool")),
-             QStringList({"LAN", "Scpi", "Color", "Upgrade"}));
-    QCOMPARE(driver.entries(QStringLiteral("Help")), QStringList({"About", "Website"}));
+    QCOMPARE(driver.window.windowTitle(), "Corvane V1.2.3");
+    QCOMPARE(driver.entries("File"), QStringList("Exit"));
+    QCOMPARE(driver.entries("Tool"), QStringList({"LAN", "Scpi", "Color", "Upgrade"}));
+    QCOMPARE(driver.entries("Help"), QStringList({"About", "Website"}));
 }
 
 void test_main_window::device_actions_are_refused_data()
@@ -39,17 +38,17 @@ void test_main_window::device_actions_are_refused_data()
     QTest::addColumn<int>("mode");
     QTest::addColumn<bool>("lan");
     QTest::addColumn<QString>("message");
-    const QString not_connected = QStringLiteral("Device not connected!");
+    const QString not_connected = "Device not connected!";
     for (const char *const entry : {"LAN", "Scpi", "Color", "Upgrade"}) {
         QTest::addRow("%s, not connected", entry)
             << entry << int(link_modes::not_connected) << false << not_connected;
         QTest::addRow("%s, upgrading", entry)
-            << entry << int(link_modes::upgrading) << false << QStringLiteral("Upgrading!");
+            << entry << int(link_modes::upgrading) << false << "Upgrading!";
     }
-    QTest::newRow("Upgrade over LAN") << "Upgrade" << int(link_modes::connected) << true
-                                      << QStringLiteral("Please upgrade using USB!");
+    QTest::newRow("Upgrade over LAN")
+        << "Upgrade" << int(link_modes::connected) << true << "Please upgrade using USB!";
     QTest::newRow("LAN over LAN") << "LAN" << int(link_modes::connected) << true
-                                  << QStringLiteral("Please change LAN using USB!");
+                                  << "Please change LAN using USB!";
     QTest::newRow("not connected comes first")
         << "LAN" << int(link_modes::not_connected) << true << not_connected;
 }
@@ -62,11 +61,11 @@ void test_main_window::device_actions_are_refused()
     QFETCH(QString, message);
     window_driver_t driver;
     if (lan)
-        driver.connect_lan(QStringLiteral("127.0.0.1"));
+        driver.connect_lan("127.0.0.1");
     drv_command_t::instance()->set_link_mode(static_cast<std::uint8_t>(mode));
     simulator.take_texts();
 
-    QVERIFY(driver.choose(QStringLiteral("Tool"), entry));
+    QVERIFY(driver.choose("Tool", entry));
     QCOMPARE(driver.take_boxes(),
              QStringList{QStringLiteral("Information: %1 [OK, Close]").arg(message)});
     QCOMPARE(simulator.take_texts(), QByteArrayList());
@@ -97,9 +96,7 @@ void test_main_window::vna_port_count_follows_the_product()
 void test_main_window::exit_ends_the_event_loop()
 {
     window_driver_t driver;
-    QTimer::singleShot(0, &driver.window, [&driver] {
-        driver.choose(QStringLiteral("File"), QStringLiteral("Exit"));
-    });
+    QTimer::singleShot(0, &driver.window, [&driver] { driver.choose("File", "Exit"); });
     QCOMPARE(QApplication::exec(), 0);
 }
 

@@ -120,7 +120,7 @@ void test_port_panel::connect_reads_identity_colors_and_routes()
     QCOMPARE(texts.mid(texts.size() - expected.size()), expected);
     QCOMPARE(texts.size(), product == QLatin1String("44") ? 12 : 12 + expected.size());
     QCOMPARE(driver.panel(), QStringLiteral("ui_%1port_control_widget_t").arg(product));
-    QCOMPARE(driver.link_text(), QStringLiteral("(USB)"));
+    QCOMPARE(driver.link_text(), "(USB)");
     QVERIFY(driver.status_text().startsWith(QStringLiteral("TMX50%1,Serial:SN%1").arg(product)));
 }
 
@@ -151,8 +151,7 @@ void test_port_panel::panel_has_the_ports_of_its_product()
     }
     if (test_ports == 24)
         QVERIFY(place(13).y() < place(1).y());
-    QVERIFY(place(test_ports).x() + driver.button(QStringLiteral("1"))->width() <=
-            driver.window.width());
+    QVERIFY(place(test_ports).x() + driver.button("1")->width() <= driver.window.width());
 }
 
 void test_port_panel::pick_disables_what_the_port_cannot_reach_data()
@@ -185,7 +184,7 @@ void test_port_panel::pick_disables_what_the_port_cannot_reach()
     QFETCH(QStringList, disabled);
     window_driver_t driver;
     QVERIFY(driver.connect_usb(QStringLiteral("SN%1").arg(product)));
-    QVERIFY(driver.click(QStringLiteral("Reset")));
+    QVERIFY(driver.click("Reset"));
     QCOMPARE(driver.disabled_ports(), QStringList());
     simulator.take_texts();
 
@@ -205,22 +204,22 @@ void test_port_panel::route_goes_out_once_and_is_read_back()
     QFETCH(int, route_queries);
     window_driver_t driver;
     QVERIFY(driver.connect_usb(QStringLiteral("SN%1").arg(product)));
-    QVERIFY(driver.click(QStringLiteral("Reset")));
+    QVERIFY(driver.click("Reset"));
     simulator.take_texts();
 
-    QVERIFY(driver.click(QStringLiteral("A")));
-    QVERIFY(driver.click(QStringLiteral("3")));
+    QVERIFY(driver.click("A"));
+    QVERIFY(driver.click("3"));
     QCOMPARE(simulator.take_texts(),
              QByteArrayList{"ADD:ROUTe A3"} + ::route_queries(route_queries));
     QCOMPARE(driver.painted({deepskyblue}), QStringList({"A", "3"}));
     QCOMPARE(driver.disabled_ports(), QStringList());
 
-    QVERIFY(driver.click(QStringLiteral("B")));
-    QVERIFY(driver.click(QStringLiteral("4")));
+    QVERIFY(driver.click("B"));
+    QVERIFY(driver.click("4"));
     QCOMPARE(driver.painted({blue}), QStringList({"B", "4"}));
 
     simulator.take_texts();
-    QVERIFY(driver.click(QStringLiteral("A")));
+    QVERIFY(driver.click("A"));
     QCOMPARE(simulator.take_texts(),
              QByteArrayList{"ADD:ROUTe A0"} + ::route_queries(route_queries));
     QCOMPARE(driver.painted({deepskyblue}), QStringList());
@@ -237,7 +236,7 @@ void test_port_panel::reset_removes_the_routes_of_every_button()
     QVERIFY(driver.connect_usb(QStringLiteral("SN%1").arg(product)));
     simulator.take_texts();
 
-    QVERIFY(driver.click(QStringLiteral("Reset")));
+    QVERIFY(driver.click("Reset"));
     QByteArrayList expected;
     for (const QChar &letter : vna_ports)
         expected.append(QByteArray("ADD:ROUTe ") + letter.toLatin1() + '0');
@@ -270,7 +269,7 @@ void test_port_panel::odd_replies_light_nothing()
     QFETCH(QStringList, lit);
     window_driver_t driver;
     simulator.script_reply("ROUTes?", reply);
-    QVERIFY(driver.connect_usb(QStringLiteral("SN44")));
+    QVERIFY(driver.connect_usb("SN44"));
     QCOMPARE(driver.lit_ports(), lit);
     QCOMPARE(driver.disabled_ports(), QStringList());
 }
@@ -293,49 +292,49 @@ void test_port_panel::odd_colors_keep_the_color()
     window_driver_t driver;
     simulator.script_reply("GET:COLOR? A", reply);
     simulator.script_reply("ROUTes?", "5,0,0,0\n");
-    QVERIFY(driver.connect_usb(QStringLiteral("SN44")));
+    QVERIFY(driver.connect_usb("SN44"));
     QCOMPARE(driver.painted({shown}), QStringList({"A", "5"}));
 }
 
 void test_port_panel::lit_test_port_click_removes_its_route()
 {
     window_driver_t driver;
-    QVERIFY(driver.connect_usb(QStringLiteral("SN44")));
+    QVERIFY(driver.connect_usb("SN44"));
     const QStringList lit = driver.lit_ports();
-    QVERIFY(lit.contains(QStringLiteral("14")));
+    QVERIFY(lit.contains("14"));
     simulator.take_texts();
 
-    QVERIFY(driver.click(QStringLiteral("14")));
+    QVERIFY(driver.click("14"));
     QCOMPARE(simulator.take_texts(), QByteArrayList{"ADD:ROUTe B0"} + route_queries(4));
-    QVERIFY(!driver.lit_ports().contains(QStringLiteral("14")));
-    QVERIFY(driver.click(QStringLiteral("14")));
+    QVERIFY(!driver.lit_ports().contains("14"));
+    QVERIFY(driver.click("14"));
     QCOMPARE(simulator.take_texts(), QByteArrayList());
 }
 
 void test_port_panel::taken_test_port_keeps_the_pick()
 {
     window_driver_t driver;
-    QVERIFY(driver.connect_usb(QStringLiteral("SN44")));
-    QVERIFY(driver.click(QStringLiteral("A")));
+    QVERIFY(driver.connect_usb("SN44"));
+    QVERIFY(driver.click("A"));
     const QStringList disabled = driver.disabled_ports();
     simulator.take_texts();
 
-    QVERIFY(driver.click(QStringLiteral("14")));
+    QVERIFY(driver.click("14"));
     QCOMPARE(simulator.take_texts(), QByteArrayList());
     QCOMPARE(driver.disabled_ports(), disabled);
-    QVERIFY(driver.click(QStringLiteral("13")));
+    QVERIFY(driver.click("13"));
     QCOMPARE(simulator.take_texts().first(), QByteArray("ADD:ROUTe A13"));
 }
 
 void test_port_panel::refused_route_does_not_light_up()
 {
     window_driver_t driver;
-    QVERIFY(driver.connect_usb(QStringLiteral("SN44")));
-    QVERIFY(driver.click(QStringLiteral("Reset")));
+    QVERIFY(driver.connect_usb("SN44"));
+    QVERIFY(driver.click("Reset"));
     simulator.fail_call(CORVANE_SIM_WRITE);
 
-    QVERIFY(driver.click(QStringLiteral("A")));
-    QVERIFY(driver.click(QStringLiteral("3")));
+    QVERIFY(driver.click("A"));
+    QVERIFY(driver.click("3"));
     QCOMPARE(driver.lit_ports(), QStringList());
     QCOMPARE(driver.disabled_ports(), QStringList());
 }
@@ -343,14 +342,14 @@ void test_port_panel::refused_route_does_not_light_up()
 void test_port_panel::pick_survives_reset()
 {
     window_driver_t driver;
-    QVERIFY(driver.connect_usb(QStringLiteral("SN44")));
-    QVERIFY(driver.click(QStringLiteral("A")));
-    QVERIFY(driver.click(QStringLiteral("Reset")));
+    QVERIFY(driver.connect_usb("SN44"));
+    QVERIFY(driver.click("A"));
+    QVERIFY(driver.click("Reset"));
     QCOMPARE(driver.lit_ports(), QStringList());
     QCOMPARE(driver.disabled_ports(), QStringList());
     simulator.take_texts();
 
-    QVERIFY(driver.click(QStringLiteral("6")));
+    QVERIFY(driver.click("6"));
     QCOMPARE(simulator.take_texts().first(), QByteArray("ADD:ROUTe A6"));
     QCOMPARE(driver.painted({deepskyblue}), QStringList({"A", "6"}));
 }
@@ -358,49 +357,49 @@ void test_port_panel::pick_survives_reset()
 void test_port_panel::routes_of_another_product_do_not_show()
 {
     window_driver_t driver;
-    QVERIFY(driver.connect_usb(QStringLiteral("SN44")));
-    QVERIFY(driver.lit_ports().contains(QStringLiteral("9")));
+    QVERIFY(driver.connect_usb("SN44"));
+    QVERIFY(driver.lit_ports().contains("9"));
 
     // Product 22 asks for "C" too, which the link still holds from product 44.
-    QVERIFY(driver.connect_usb(QStringLiteral("SN22")));
+    QVERIFY(driver.connect_usb("SN22"));
     QCOMPARE(driver.lit_ports(), QStringList());
     simulator.take_texts();
-    QVERIFY(driver.click(QStringLiteral("9")));
+    QVERIFY(driver.click("9"));
     QCOMPARE(simulator.take_texts(), QByteArrayList());
 
-    QVERIFY(driver.click(QStringLiteral("B")));
-    QVERIFY(driver.click(QStringLiteral("9")));
+    QVERIFY(driver.click("B"));
+    QVERIFY(driver.click("9"));
     QCOMPARE(driver.lit_ports(), QStringList({"B", "9"}));
-    QVERIFY(driver.connect_usb(QStringLiteral("SN24")));
+    QVERIFY(driver.connect_usb("SN24"));
     QCOMPARE(driver.lit_ports(), QStringList());
 }
 
 void test_port_panel::unplugged_instrument_leaves_the_panel_usable()
 {
     window_driver_t driver;
-    QVERIFY(driver.connect_usb(QStringLiteral("SN44")));
+    QVERIFY(driver.connect_usb("SN44"));
     const QByteArray resource = driver.devices().first().toLatin1();
     // In the middle of the refresh that follows a route.
     simulator.unplug_at_call(CORVANE_SIM_READ, 2);
-    QVERIFY(driver.click(QStringLiteral("A")));
-    QVERIFY(driver.click(QStringLiteral("3")));
+    QVERIFY(driver.click("A"));
+    QVERIFY(driver.click("3"));
     QCOMPARE(driver.disabled_ports(), QStringList());
-    QVERIFY(driver.click(QStringLiteral("Reset")));
+    QVERIFY(driver.click("Reset"));
     QCOMPARE(driver.lit_ports(), QStringList());
 
     simulator.plug(resource);
-    QVERIFY(driver.connect_usb(QStringLiteral("SN44")));
-    QVERIFY(driver.click(QStringLiteral("Reset")));
-    QVERIFY(driver.click(QStringLiteral("A")));
-    QVERIFY(driver.click(QStringLiteral("3")));
+    QVERIFY(driver.connect_usb("SN44"));
+    QVERIFY(driver.click("Reset"));
+    QVERIFY(driver.click("A"));
+    QVERIFY(driver.click("3"));
     QCOMPARE(driver.lit_ports(), QStringList({"A", "3"}));
 }
 
 void test_port_panel::keyboard_routes_a_port()
 {
     window_driver_t driver;
-    QVERIFY(driver.connect_usb(QStringLiteral("SN42")));
-    driver.button(QStringLiteral("A"))->setFocus(Qt::TabFocusReason);
+    QVERIFY(driver.connect_usb("SN42"));
+    driver.button("A")->setFocus(Qt::TabFocusReason);
     QStringList order;
     for (int step = 0; step < 4 + 12 + 1; ++step) {
         order.append(qobject_cast<QAbstractButton *>(QApplication::focusWidget())->text());
@@ -408,11 +407,11 @@ void test_port_panel::keyboard_routes_a_port()
     }
     QCOMPARE(order, QStringList({"A", "B", "C", "D"}) + numbers(1, 12) + QStringList("Reset"));
 
-    QAbstractButton *const vna_port = driver.button(QStringLiteral("A"));
-    QCOMPARE(vna_port->accessibleName(), QStringLiteral("VNA port A"));
+    QAbstractButton *const vna_port = driver.button("A");
+    QCOMPARE(vna_port->accessibleName(), "VNA port A");
     QTest::keyClick(vna_port, Qt::Key_Space);
-    QAbstractButton *const test_port = driver.button(QStringLiteral("5"));
-    QCOMPARE(test_port->accessibleName(), QStringLiteral("Test port 5"));
+    QAbstractButton *const test_port = driver.button("5");
+    QCOMPARE(test_port->accessibleName(), "Test port 5");
     QTest::keyClick(test_port, Qt::Key_Space);
     QCOMPARE(driver.lit_ports(), QStringList({"A", "5"}));
 }

@@ -54,22 +54,22 @@ void test_without_visa::entry_points_are_safe_to_call()
 void test_without_visa::upgrade_is_hidden()
 {
     const window_driver_t driver;
-    QCOMPARE(driver.entries(QStringLiteral("Tool")), QStringList({"LAN", "Scpi", "Color"}));
+    QCOMPARE(driver.entries("Tool"), QStringList({"LAN", "Scpi", "Color"}));
 }
 
 void test_without_visa::rescan_looks_for_serial_ports()
 {
     window_driver_t driver;
-    QVERIFY(driver.click(QStringLiteral("Rescan")));
+    QVERIFY(driver.click("Rescan"));
     QCOMPARE(driver.take_boxes(), QStringList{"Information: Target device no find! [OK, Close]"});
 }
 
 void test_without_visa::lan_is_refused()
 {
     window_driver_t driver;
-    driver.connect_lan(QStringLiteral("127.0.0.1"));
+    driver.connect_lan("127.0.0.1");
     QCOMPARE(driver.take_boxes(), QStringList{"Information: Ip address no find! [OK, Close]"});
-    QCOMPARE(driver.link_text(), QStringLiteral("(/)"));
+    QCOMPARE(driver.link_text(), "(/)");
 }
 
 void test_without_visa::commands_go_over_the_serial_port_data()

@@ -13,11 +13,9 @@
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QComboBox>
-#include <QDialog>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
-#include <QMessageBox>
 #include <QToolButton>
 #include <QtTest/QTest>
 
@@ -32,10 +30,9 @@ template <typename widget_t>
 QList<widget_t *> visible_children(const QWidget &parent)
 {
     QList<widget_t *> visible;
-    for (widget_t *const child : parent.findChildren<widget_t *>()) {
+    for (widget_t *const child : parent.findChildren<widget_t *>())
         if (child->isVisible())
             visible.append(child);
-    }
     return visible;
 }
 
@@ -53,10 +50,9 @@ window_driver_t::window_driver_t() : window(nullptr)
 
 QAbstractButton *window_driver_t::button(const QString &text) const
 {
-    for (QAbstractButton *const candidate : visible_children<QAbstractButton>(window)) {
+    for (QAbstractButton *const candidate : visible_children<QAbstractButton>(window))
         if (candidate->text() == text)
             return candidate;
-    }
     return nullptr;
 }
 
@@ -89,57 +85,38 @@ bool window_driver_t::choose(const QString &menu, const QString &entry)
     return false;
 }
 
-bool window_driver_t::choose(const QString &menu, const QString &entry,
-                             const std::function<void(QDialog &)> &use)
-{
-    bool used = false;
-    QTimer timer;
-    QObject::connect(&timer, &QTimer::timeout, &timer, [&] {
-        auto *const dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
-        if (dialog == nullptr || qobject_cast<QMessageBox *>(dialog) != nullptr)
-            return;
-        timer.stop();
-        used = true;
-        use(*dialog);
-        dialog->close();
-    });
-    timer.start(1);
-    choose(menu, entry);
-    return used;
-}
-
 QStringList window_driver_t::entries(const QString &menu) const
 {
     QStringList texts;
     for (const QAction *const bar_action : window.menuBar()->actions()) {
         if (bar_action->text() != menu)
             continue;
-        for (const QAction *const action : bar_action->menu()->actions()) {
+        for (const QAction *const action : bar_action->menu()->actions())
             if (action->isVisible())
                 texts.append(action->text());
-        }
     }
     return texts;
 }
 
 void window_driver_t::connect_lan(const QString &address)
 {
-    click(QStringLiteral("LAN"));
-    const auto *const editor = visible_children<QIPLineEdit>(window).value(0);
-    QLineEdit *const octet = editor->findChildren<QLineEdit *>().value(0);
-    QTest::mouseClick(octet, Qt::LeftButton);
-    for (QLineEdit *const part : editor->findChildren<QLineEdit *>())
+    click("LAN");
+    const QList<QLineEdit *> octets =
+        window.findChild<QIPLineEdit *>()->findChildren<QLineEdit *>();
+    for (QLineEdit *const part : octets)
         part->clear();
+    QLineEdit *const octet = octets.first();
+    QTest::mouseClick(octet, Qt::LeftButton);
     QTest::keyClicks(octet, address.section(QLatin1Char('.'), 0, 0));
     for (const QChar &key : address.mid(address.indexOf(QLatin1Char('.'))))
         QTest::keyClick(QApplication::focusWidget(), key.toLatin1());
-    click(QStringLiteral("Apply"));
+    click("Apply");
 }
 
 bool window_driver_t::connect_usb(const QString &serial)
 {
-    click(QStringLiteral("USB"));
-    click(QStringLiteral("Rescan"));
+    click("USB");
+    click("Rescan");
     const auto list = visible_children<ui_combo_box_t>(window).value(0);
     for (int index = 0; index < list->count(); ++index) {
         if (list->itemText(index).contains(serial)) {
@@ -152,11 +129,10 @@ bool window_driver_t::connect_usb(const QString &serial)
 
 QString window_driver_t::panel() const
 {
-    for (const QFrame *const frame : visible_children<QFrame>(window)) {
+    for (const QFrame *const frame : visible_children<QFrame>(window))
         if (dynamic_cast<const port_control_t *>(frame) != nullptr ||
             qobject_cast<const ui_empty_widget_t *>(frame) != nullptr)
             return QString::fromLatin1(frame->metaObject()->className());
-    }
     return {};
 }
 
@@ -183,10 +159,9 @@ QStringList
 window_driver_t::ports_where(const std::function<bool(const QAbstractButton &)> &condition) const
 {
     QStringList ports;
-    for (const QToolButton *const port : visible_children<QToolButton>(window)) {
+    for (const QToolButton *const port : visible_children<QToolButton>(window))
         if (condition(*port))
             ports.append(port->text());
-    }
     return ports;
 }
 
@@ -227,10 +202,9 @@ bool paints(const QWidget &widget, const QVector<QColor> &colors)
         const_cast<QWidget &>(widget).grab().toImage().convertToFormat(QImage::Format_RGB32);
     for (int y = 0; y < image.height(); ++y) {
         const auto *const line = reinterpret_cast<const QRgb *>(image.constScanLine(y));
-        for (const QColor &color : colors) {
+        for (const QColor &color : colors)
             if (std::find(line, line + image.width(), color.rgb()) != line + image.width())
                 return true;
-        }
     }
     return false;
 }

@@ -13,7 +13,6 @@
 #include <functional>
 
 class QComboBox;
-class QDialog;
 
 /// The real main window and the hands and eyes of its user.
 class window_driver_t
@@ -27,9 +26,6 @@ public:
     QAbstractButton *button(const QString &text) const;
     /// Chooses an entry of a menu with the mouse; false when it is not shown.
     bool choose(const QString &menu, const QString &entry);
-    /// The same, and runs `use` on the dialog that the entry opens, then closes it.
-    bool choose(const QString &menu, const QString &entry,
-                const std::function<void(QDialog &)> &use);
     /// What the menu shows, top to bottom.
     QStringList entries(const QString &menu) const;
     /// Selects LAN, types the address and presses Apply.
@@ -53,7 +49,6 @@ public:
     MainWindow window;
 
 private:
-    QAbstractButton *port_or_button(const QString &text) const;
     QStringList ports_where(const std::function<bool(const QAbstractButton &)> &condition) const;
 
     box_watcher_t boxes;
