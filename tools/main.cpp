@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: MIT
+#include "tools/package_commands.h"
+
+#include <QCoreApplication>
+#include <QStringList>
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <exception>
+#include <functional>
+#include <iostream>
+#include <iterator>
+#include <string>
+#include <vector>
+
+namespace {
+
+/// What the command line asks for.
+struct request_t
+{
+    std::string manifest;
+    std::string package;
+    std::string reply;
+    bool as_json = false;
+    std::function<int()> command;
+};
+
+void add_commands(CLI::App &app, request_t &request)
+{
+    CLI::App *const create = app.add_subcommand("create", "Make a package");
+    create->add_option("MANIFEST", request.manifest, "JSON file that lists the segments")
+        ->required();
+    create->add_option("OUT", request.package, "The package to write")->required();
+    create->callback([&request] {
+        request.command = [&request] { return create_package(request.manifest, request.package); };
+    });
+
+    CLI::App *const inspect = app.add_subcommand("inspect", "Print what a package holds");
+    inspect->add_option("FILE", request.package, "The package")->required();
+    inspect->add_flag("--json", request.as_json, "Print JSON");
+    inspect->callback([&request] {
+        request.command = [&request] { return inspect_package(request.package, request.as_json); };
+    });
+
+    CLI::App *const check = app.add_subcommand("check", "Tell whether an instrument accepts it");
+    check->add_option("FILE", request.package, "The package")->required();
+    check->add_option("--accept", request.reply, "The instrument's reply to \"UPGRADE:ID?\"")
+        ->required()
+        ->type_name("A,B,C,D");
+    check->callback([&request] {
+        request.command = [&request] { return check_package(request.package, request.reply); };
+    });
+}
+
+/// The arguments in UTF-8, the last one first, as the parser takes them.
+std::vector<std::string> reversed_arguments()
+{
+    const QStringList arguments = QCoreApplication::arguments().mid(1);
+    std::vector<std::string> reversed;
+    std::transform(arguments.rbegin(), arguments.rend(), std::back_inserter(reversed),
+                   [](const QString &argument) { return argument.toStdString(); });
+    return reversed;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const QCoreApplication application(argc, argv);
+    CLI::App app("Makes and examines Corvane firmware packages (.ADS)", "corvane-package");
+    app.require_subcommand(1);
+    request_t request;
+    add_commands(app, request);
+    try {
+        app.parse(reversed_arguments());
+    } catch (const CLI::ParseError &error) {
+        return app.exit(error) == 0 ? exit_status::good : exit_status::trouble;
+    }
+    try {
+        return request.command();
+    } catch (const std::exception &error) {
+        std::cerr << "corvane-package: " << error.what() << '\n';
+        return exit_status::trouble;
+    }
+}
