@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/simulator.h"
 
-#include <QJsonDocument>
-
 namespace {
 
 /// Calls a copying function twice: for the size, then for the bytes.
@@ -71,6 +69,11 @@ QByteArrayList simulator_t::take_texts()
     return texts;
 }
 
+void simulator_t::stop_log()
+{
+    CONTROL(corvane_sim_log_enable)(0);
+}
+
 quint64 simulator_t::calls(corvane_sim_entry entry)
 {
     return CONTROL(corvane_sim_call_count)(entry);
@@ -99,32 +102,9 @@ void simulator_t::add_fault(const corvane_sim_fault &fault)
     require(CONTROL(corvane_sim_add_fault)(&fault), "a fault");
 }
 
-void simulator_t::clear_faults()
-{
-    CONTROL(corvane_sim_clear_faults)();
-}
-
-void simulator_t::unplug(const QByteArray &resource)
-{
-    require(CONTROL(corvane_sim_unplug)(resource.constData()), "to unplug");
-}
-
 void simulator_t::plug(const QByteArray &resource)
 {
     require(CONTROL(corvane_sim_plug)(resource.constData()), "to plug");
-}
-
-bool simulator_t::is_present(const QByteArray &resource)
-{
-    return CONTROL(corvane_sim_is_present)(resource.constData()) == 1;
-}
-
-QJsonObject simulator_t::state(const QByteArray &resource)
-{
-    const QByteArray json = copied([&](char *text, std::size_t capacity) {
-        return CONTROL(corvane_sim_state)(resource.constData(), text, capacity);
-    });
-    return QJsonDocument::fromJson(json).object();
 }
 
 QList<QPair<int, QByteArray>> simulator_t::images(const QByteArray &resource)

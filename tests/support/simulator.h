@@ -4,7 +4,6 @@
 #include "sim/visa/sim_control.h"
 
 #include <QByteArray>
-#include <QJsonObject>
 #include <QLibrary>
 #include <QList>
 #include <QPair>
@@ -26,6 +25,8 @@ public:
     void load_fleet(const QByteArray &json);
     /// The texts that instruments received since the last call or reset, oldest first.
     QByteArrayList take_texts();
+    /// Notes no further texts; for long runs.
+    void stop_log();
     /// How often an entry point was called since the last reset.
     quint64 calls(corvane_sim_entry entry);
     /// Makes the instruments answer `message` with exactly these bytes, `times` times (-1: always).
@@ -35,12 +36,7 @@ public:
     /// Pulls the cable of the instrument in use at the n-th next call of an entry point.
     void unplug_at_call(corvane_sim_entry entry, unsigned nth);
     void add_fault(const corvane_sim_fault &fault);
-    void clear_faults();
-    void unplug(const QByteArray &resource);
     void plug(const QByteArray &resource);
-    bool is_present(const QByteArray &resource);
-    /// An instrument's state, as docs/simulator.md describes it.
-    QJsonObject state(const QByteArray &resource);
     /// The firmware images received: kind (1 host, 3 boot) and bytes.
     QList<QPair<int, QByteArray>> images(const QByteArray &resource);
     /// The device parameters received: name and bytes.

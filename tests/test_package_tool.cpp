@@ -1,0 +1,148 @@
+// SPDX-License-Identifier: MIT
+#include "tests/support/package_folder.h"
+
+#include <QCryptographicHash>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QtTest/QTest>
+
+class test_package_tool : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void created_package_differs_from_its_manifest();
+    void fault_of_a_package_goes_unreported_data();
+    void fault_of_a_package_goes_unreported();
+    void refusal_gives_no_reason_or_the_wrong_status();
+
+private:
+    /// Runs corvane-package; -1 when it crashes or hangs.
+    int run(const QStringList &arguments);
+
+    package_folder_t folder;
+    QByteArray output;
+};
+
+int test_package_tool::run(const QStringList &arguments)
+{
+    // Long enough for a busy machine, far too short for what a hostile package can ask for.
+    constexpr int patience_ms = 20'000;
+    QProcess tool;
+    tool.setProcessChannelMode(QProcess::MergedChannels);
+    tool.start(QStringLiteral(CORVANE_PACKAGE_TOOL), arguments);
+    const bool ended = tool.waitForFinished(patience_ms);
+    output = tool.readAll();
+    return ended && tool.exitStatus() == QProcess::NormalExit ? tool.exitCode() : -1;
+}
+
+// With zeros in the bytes that nobody reads, the enciphered header of product 30 would have a
+// Ctrl-Z, which ends the file on Windows; worked out as the numbers in test_header_cipher.
+void test_package_tool::created_package_differs_from_its_manifest()
+{
+    const QByteArray image = pattern(2049);
+    folder.write(QStringLiteral("引导.bin"), image);
+    folder.write(QStringLiteral("name"), "TMX\n");
+    const QString manifest = folder.write(QStringLiteral("manifest.json"), R"({"product_id": 30,
+        "segments": [{"type": "boot", "file": "引导.bin"}, {"type": 5, "file": "name"}]})");
+    const QString package = folder.path(QStringLiteral("升级 1.ADS"));
+    QCOMPARE(run({"create", manifest, package}), 0);
+    QCOMPARE(output, QByteArray());
+
+    QFile file(package);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QByteArray header = file.read(112);
+    QVERIFY(!header.contains('\x1A') && !header.contains('\r'));
+    QCOMPARE(file.readAll(),
+             segment_record(3, 124, 2049) + image + segment_record(5, 2185, 4) + "TMX\n");
+    QCOMPARE(run({"inspect", package}), 0);
+    QCOMPARE(output,
+             "file bytes: 2189\nmagic: right\nproduct id: 30\nend offset: 2189\nsegments: 2\n"
+             "segment: type 3 (boot), record 112, offset 124, length 2049, sha256 " +
+                 QCryptographicHash::hash(image, QCryptographicHash::Sha256).toHex() +
+                 "\nsegment: type 5 (product), record 2173, offset 2185, length 4, sha256 " +
+                 QCryptographicHash::hash("TMX\n", QCryptographicHash::Sha256).toHex() + "\n");
+}
+
+void test_package_tool::fault_of_a_package_goes_unreported_data()
+{
+    QTest::addColumn<QByteArray>("package");
+    QTest::addColumn<QStringList>("kinds");
+    const auto row = [](const char *name, const QByteArray &package, const QStringList &kinds) {
+        QTest::newRow(name) << package << kinds;
+    };
+    const auto whole = [](quint32 end, const QByteArray &chain) {
+        return package_header(44, end) + chain;
+    };
+    row("foreign", QByteArray(300, 'x'), {"header"});
+    row("short", package_header(44, 112).left(111), {"header"});
+    row("trailing bytes", make_package(44, {{3, "boot"}}) + "x", {"trailing"});
+    row("unknown type", make_package(44, {{2, "a"}}), {"type"});
+    row("long parameter", make_package(44, {{8, QByteArray(81, 'a')}}), {"length"});
+    row("empty segment at itself", whole(124, segment_record(3, 112, 0)), {"chain"});
+    row("end at the first record", whole(112, segment_record(3, 124, 4) + "boot"),
+        {"trailing", "chain"});
+    row("cut payload", make_package(44, {{3, "boot"}}).chopped(1), {"end", "payload"});
+    row("overlap", whole(128, segment_record(3, 0, 128) + "boot"), {"overlap"});
+    row("Ctrl-Z in a record", make_package(44, {{3, QByteArray(0x1A, 'b')}}), {"text-mode"});
+
+    QByteArray bomb = segment_record(3, 124, 3'000'000 - 124) + QByteArray(3'000'000 - 124, 'x');
+    for (quint32 record = 3'000'000; record < 3'100'000; record += 12)
+        bomb += segment_record(3, 0, record + 12);
+    row("many large payloads", whole(0, bomb), {"trailing", "text-mode", "chain", "overlap"});
+}
+
+void test_package_tool::fault_of_a_package_goes_unreported()
+{
+    QFETCH(QByteArray, package);
+    QFETCH(QStringList, kinds);
+    QCOMPARE(run({"inspect", "--json", folder.write(QStringLiteral("a.ADS"), package)}), 1);
+    QStringList found;
+    for (const auto finding : QJsonDocument::fromJson(output).object()["findings"].toArray())
+        found.append(finding.toObject()["kind"].toString());
+    found.removeDuplicates();
+    QCOMPARE(found, kinds);
+}
+
+void test_package_tool::refusal_gives_no_reason_or_the_wrong_status()
+{
+    const QString package = folder.write(QStringLiteral("a.ADS"), make_package(-7, {{3, "boot"}}));
+    const QString none = folder.path(QStringLiteral("none.ADS"));
+    const QString manifest = folder.path(QStringLiteral("bad.json"));
+    const struct
+    {
+        QByteArray entry; // of the manifest
+        QStringList arguments;
+        int status;
+        QByteArray text;
+    } rows[] = {
+        {"", {"check", package, "--accept", "0,-7,9,0"}, 0, "accepted: product id -7"},
+        {"", {"check", package, "--accept", "-7,-6,9,0"}, 1, "accepts -6 to 9"},
+        {"", {"check", package, "--accept", "7,-9,9,1"}, 1, "accepts only 7"},
+        {"", {"check", package, "--accept", "-7,0,0"}, 2, "four integers"},
+        {"", {"inspect", none}, 2, "none.ADS: cannot be read"},
+        {"", {"inspect"}, 2, "FILE is required"},
+        {"", {"create", manifest, none}, 2, "\"segments\" is not a list of at least one"},
+        {"{", {"create", manifest, none}, 2, "parse error"},
+        {R"({"type": "bot", "file": "long"})",
+         {"create", manifest, none},
+         2,
+         "segment 1: there is"},
+        {R"({"type": 3, "file": "none"})", {"create", manifest, none}, 2, "none is not a file"},
+        {R"({"type": "pid", "file": "long"})", {"create", manifest, none}, 2, "long is too long"},
+    };
+    folder.write(QStringLiteral("long"), QByteArray(81, 'x'));
+    for (const auto &row : rows) {
+        folder.write(QStringLiteral("bad.json"),
+                     R"({"product_id": 44, "segments": [)" + row.entry + "]}");
+        QCOMPARE(run(row.arguments), row.status);
+        QVERIFY2(output.contains(row.text), output);
+        QVERIFY(!QFile::exists(none));
+    }
+}
+
+QTEST_GUILESS_MAIN(test_package_tool)
+#include "test_package_tool.moc"

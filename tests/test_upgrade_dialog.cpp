@@ -1,0 +1,210 @@
+// SPDX-License-Identifier: MIT
+#include "drv/drv_command.h"
+#include "drv/drv_device.h"
+#include "tests/support/box_watcher.h"
+#include "tests/support/dialog_driver.h"
+#include "tests/support/package_folder.h"
+#include "tests/support/simulator.h"
+#include "ui/dialog/ui_upgrade_dialog.h"
+#include "upgrade/accepted_id.h"
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QProgressBar>
+#include <QtTest/QTest>
+
+#include <memory>
+
+namespace {
+
+const QByteArray resource = "USB0::0xA17E::0x2000::D1::INSTR";
+const QByteArray reboot_text("REBOOT", 7);
+constexpr int patience_ms = 30'000;
+const QString begin_box = QStringLiteral("Information: Upgrade begin! [OK]");
+const QString error_box = QStringLiteral("Information: Upgrade file error! [OK, Close]");
+const QString fail_box = QStringLiteral("Information: Upgrade FAIL! [OK, Close]");
+const QString ok_box = QStringLiteral("Information: Upgrade OK! [OK, Close]");
+
+} // namespace
+
+class test_upgrade_dialog : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup() { dialog.reset(); }
+    void accepted_identifiers_are_mixed_up();
+    void bar_leaves_its_range();
+    void wrong_or_cancelled_file_is_sent();
+    void package_is_sent_twice_or_incompletely();
+    void failure_looks_like_success();
+    void upgrade_outlives_its_dialog_data();
+    void upgrade_outlives_its_dialog();
+
+private:
+    void open_dialog();
+    /// Presses Browse and types the path, or presses Escape when it is empty.
+    void choose(const QString &path);
+    /// Writes a package, chooses it and presses Begin.
+    void begin(const QString &name, const QByteArray &package);
+    int bar() const { return dialog->findChild<QProgressBar *>()->value(); }
+    /// What all boxes said since the last call of `open_dialog`.
+    const QStringList &said();
+
+    simulator_t simulator;
+    package_folder_t folder;
+    box_watcher_t boxes;
+    QStringList all_boxes;
+    std::unique_ptr<ui_upgrade_dialog_t> dialog;
+};
+
+void test_upgrade_dialog::init()
+{
+    simulator.reset();
+    simulator.load_fleet(R"({"default_timeout_ms": 100, "reboot_ms": 100, "instruments": [
+        {"product": 44, "serial": "D1", "upgrade_id": [44, 1, 2, 1], "resources": [")" +
+                         resource + R"("]}]})");
+    QVERIFY(drv_device_t::instance()->usb_connect_resource(resource.toStdString()));
+    drv_command_t::instance()->set_link_mode(link_modes::connected);
+    open_dialog();
+}
+
+void test_upgrade_dialog::open_dialog()
+{
+    dialog = std::make_unique<ui_upgrade_dialog_t>();
+    dialog->show();
+    QCOMPARE(simulator.take_texts(), QByteArrayList{"UPGRADE:ID?"});
+    boxes.take_boxes();
+    all_boxes.clear();
+}
+
+void test_upgrade_dialog::choose(const QString &path)
+{
+    QTimer timer;
+    connect(&timer, &QTimer::timeout, &timer, [&] {
+        auto *const chooser = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
+        if (chooser == nullptr)
+            return;
+        timer.stop();
+        QCOMPARE(chooser->windowTitle(), QStringLiteral("Select upgrade files"));
+        QCOMPARE(chooser->nameFilters(), QStringList{"*.ADS"});
+        auto *const field = chooser->findChild<QLineEdit *>();
+        QTest::sendKeyEvent(QTest::Click, field, Qt::Key_unknown, path, Qt::NoModifier);
+        QTest::keyClick(field, path.isEmpty() ? Qt::Key_Escape : Qt::Key_Return);
+    });
+    timer.start(1);
+    QVERIFY(perform(*dialog, "Browse"));
+}
+
+void test_upgrade_dialog::begin(const QString &name, const QByteArray &package)
+{
+    const QString path = folder.write(name, package);
+    choose(path);
+    QCOMPARE(dialog->findChild<QLineEdit *>()->text(), path);
+    QVERIFY(perform(*dialog, "Begin"));
+}
+
+const QStringList &test_upgrade_dialog::said()
+{
+    all_boxes += boxes.take_boxes();
+    return all_boxes;
+}
+
+void test_upgrade_dialog::accepted_identifiers_are_mixed_up()
+{
+    const struct
+    {
+        QByteArray reply;
+        QList<int> accepted;
+    } rows[] = {{"9,-3,-1,0\n", {-3, -2, -1}}, {"9,-3,-1,2\n", {9}}, {"", {}}};
+    for (const auto &row : rows) {
+        simulator.script_reply("UPGRADE:ID?", row.reply, 1);
+        open_dialog();
+        for (int id = -4; id < 12; ++id)
+            QCOMPARE(check_product_id(id), row.accepted.contains(id));
+    }
+}
+
+void test_upgrade_dialog::bar_leaves_its_range()
+{
+    dialog->init_progress_bar_slot(100, 3);
+    QCOMPARE(bar(), 1);
+    for (int done = 0; done <= 100; ++done) {
+        dialog->set_progress_bar_slot(static_cast<ulong>(done), true);
+        QCOMPARE(bar(), qMin(done, 99));
+    }
+    dialog->init_progress_bar_slot(1000, 3);
+    dialog->set_progress_bar_slot(9, true);
+    QCOMPARE(bar(), 1);
+    dialog->init_progress_bar_slot(0, 3);
+    dialog->set_progress_bar_slot(0, true);
+    QCOMPARE(bar(), 0);
+}
+
+void test_upgrade_dialog::wrong_or_cancelled_file_is_sent()
+{
+    QVERIFY(perform(*dialog, "Begin"));
+    begin(QStringLiteral("other.ADS"), make_package(1, {{5, "TMX"}}));
+    begin(QStringLiteral("펌웨어.ADS"), make_package(44, {{5, "TMX"}}));
+    choose(folder.write(QStringLiteral("a.ADS"), make_package(44, {{5, "TMX"}})));
+    choose(QString());
+    QVERIFY(perform(*dialog, "Begin"));
+    QCOMPARE(dialog->findChild<QLineEdit *>()->text(), folder.path(QStringLiteral("a.ADS")));
+    QCOMPARE(said(), (QStringList{error_box, error_box, error_box, error_box}));
+    QCOMPARE(simulator.take_texts(), QByteArrayList());
+}
+
+void test_upgrade_dialog::package_is_sent_twice_or_incompletely()
+{
+    const QByteArray image = pattern(3 * 2048);
+    begin(QStringLiteral("固件 1.ADS"), make_package(44, {{5, "TMX"}, {3, image}}));
+    QTRY_COMPARE_WITH_TIMEOUT(bar(), 33, patience_ms);
+    QVERIFY(perform(*dialog, "Begin"));
+    QTRY_COMPARE_WITH_TIMEOUT(bar(), 100, patience_ms);
+    QTRY_COMPARE(said(), (QStringList{begin_box, begin_box, ok_box}));
+    QCOMPARE(simulator.images(resource), (QList<QPair<int, QByteArray>>{{3, image}}));
+    QCOMPARE(simulator.parameters(resource).size(), 1);
+    QCOMPARE(simulator.take_texts().count(reboot_text), 1);
+    QVERIFY(drv_device_t::instance()->link_write("*CLS", 4));
+}
+
+void test_upgrade_dialog::failure_looks_like_success()
+{
+    simulator.misbehave(resource, 0, 0, 2, 0);
+    begin(QStringLiteral("a.ADS"), make_package(44, {{3, pattern(3 * 2048)}}));
+    QTRY_VERIFY_WITH_TIMEOUT(said().contains(fail_box), patience_ms);
+    QCOMPARE(bar(), 33);
+    dialog.reset();
+    QCOMPARE(said(), (QStringList{begin_box, fail_box}));
+    QCOMPARE(simulator.take_texts().last(), reboot_text);
+}
+
+void test_upgrade_dialog::upgrade_outlives_its_dialog_data()
+{
+    QTest::addColumn<bool>("destroy");
+    QTest::newRow("closed") << false;
+    QTest::newRow("destroyed") << true;
+}
+
+void test_upgrade_dialog::upgrade_outlives_its_dialog()
+{
+    QFETCH(bool, destroy);
+    begin(QStringLiteral("a.ADS"), make_package(44, {{3, pattern(200'000)}}));
+    QTRY_VERIFY_WITH_TIMEOUT(bar() > 1, patience_ms);
+    if (destroy) {
+        dialog.reset();
+    } else {
+        dialog->close();
+        QTRY_VERIFY_WITH_TIMEOUT(!dialog->isVisible(), patience_ms);
+        QCOMPARE(said(), (QStringList{begin_box, fail_box}));
+    }
+    const QByteArrayList texts = simulator.take_texts();
+    QVERIFY(texts.size() < 20);
+    QCOMPARE(texts.last(), reboot_text);
+    QVERIFY(drv_device_t::instance()->link_write("*CLS", 4));
+}
+
+QTEST_MAIN(test_upgrade_dialog)
+#include "test_upgrade_dialog.moc"

@@ -1,0 +1,216 @@
+// SPDX-License-Identifier: MIT
+#include "drv/drv_command.h"
+#include "drv/drv_device.h"
+#include "tests/support/package_folder.h"
+#include "tests/support/simulator.h"
+#include "upgrade/segment_handlers.h"
+#include "upgrade/upgrade_file.h"
+#include "upgrade/upgrade_protocol.h"
+#include "upgrade/upgrade_thread.h"
+
+#include <QtTest/QTest>
+
+namespace {
+
+const QByteArray resource = "USB0::0xA17E::0x2000::U1::INSTR";
+const QByteArray ready = "UPREADY?";
+const QByteArray reboot_text("REBOOT", 7);
+const QByteArray loader_text("REBOOT 1", 9);
+
+/// Everything that an instrument is to receive for an image that it takes.
+QByteArrayList image_texts(const QByteArray &announce, const QByteArray &image)
+{
+    QByteArrayList texts{announce + QByteArray::number(image.size()), ready};
+    for (int begin = 0; begin < image.size(); begin += 2048)
+        texts << "UPGRADE " + image.mid(begin, 2048).leftJustified(2048, '\xFF') << ready;
+    return texts;
+}
+
+/// Runs the upgrade thread. Answers what it says: "length:type", bytes sent, "success"; nothing
+/// when it hangs.
+QString run_upgrade(const std::string &package)
+{
+    QStringList said;
+    upgrade_thread_t thread;
+    QObject::connect(
+        &thread, &upgrade_thread_t::init_progress_bar, &thread,
+        [&said](ulong length, uint type) { said << QString("%1:%2").arg(length).arg(type); },
+        Qt::DirectConnection);
+    QObject::connect(
+        &thread, &upgrade_thread_t::send_upgrade_state, &thread,
+        [&said](ulong sent, bool ok) { said << QString(ok ? "%1" : "failed at %1").arg(sent); },
+        Qt::DirectConnection);
+    QObject::connect(
+        &thread, &upgrade_thread_t::send_upgrade_success, &thread, [&said] { said << "success"; },
+        Qt::DirectConnection);
+    set_upgrade_file_name(package);
+    thread.start();
+    return thread.wait(30'000) ? said.join(' ') : QString();
+}
+
+} // namespace
+
+class test_upgrade_engine : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void segment_arrives_changed_or_fails_unnoticed_data();
+    void segment_arrives_changed_or_fails_unnoticed();
+    void unready_instrument_is_taken_for_ready();
+    void refused_reboot_is_followed_by_the_wrong_close();
+    void mixed_package_is_lost_on_the_way();
+    void failed_upgrade_goes_on_or_leaves_out_the_reboot_data();
+    void failed_upgrade_goes_on_or_leaves_out_the_reboot();
+
+private:
+    /// Sends a segment as the thread does, up to its end or a failure, and answers its progress.
+    quint32 send(quint32 type, const QByteArray &payload, quint32 length);
+
+    simulator_t simulator;
+    package_folder_t folder;
+};
+
+void test_upgrade_engine::init()
+{
+    simulator.reset();
+    simulator.load_fleet(R"({"default_timeout_ms": 100, "reboot_ms": 100, "instruments": [
+        {"product": 44, "serial": "U1", "resources": [")" +
+                         resource + R"("]}]})");
+    fill_segment_handlers();
+    QVERIFY(drv_device_t::instance()->usb_connect_resource(resource.toStdString()));
+    drv_command_t::instance()->set_link_mode(link_modes::connected);
+}
+
+quint32 test_upgrade_engine::send(quint32 type, const QByteArray &payload, quint32 length)
+{
+    const std::string name = folder.write_package(QByteArray(124, 'x') + payload);
+    std::uint32_t progress = 0;
+    while (progress < length && dispatch_segment(name, progress, type, 124, length)) {
+    }
+    return progress;
+}
+
+void test_upgrade_engine::segment_arrives_changed_or_fails_unnoticed_data()
+{
+    QTest::addColumn<quint32>("type");
+    QTest::addColumn<QByteArray>("payload");
+    QTest::addColumn<quint32>("length");
+    QTest::addColumn<quint32>("sent");
+    QTest::addColumn<QByteArrayList>("texts");
+    for (const quint32 length : {1U, 2047U, 2048U, 2049U}) {
+        const QByteArray image = pattern(static_cast<int>(length));
+        // Only the low byte of a type counts.
+        QTest::addRow("boot image of %u", length)
+            << 0xABCDEF03U << image << length << length << image_texts("BOOTUG ", image);
+    }
+    const QPair<quint32, QByteArray> parameters[] = {{5, "SYSTem:DEVice:PRODUCTUG "},
+                                                     {6, "SYSTem:DEVice:MANUFTRUG "},
+                                                     {8, "SYSTem:DEVice:PIDUG "},
+                                                     {9, "SYSTem:DEVice:VIDUG "},
+                                                     {10, "SYSTem:DEVice:PRODUCTUG:ID "}};
+    for (const auto &[type, command] : parameters) {
+        const auto longest = static_cast<quint32>(100 - command.size());
+        const QByteArray full =
+            QByteArray("\0\r\n\xff", 4).leftJustified(static_cast<int>(longest), 'p');
+        QTest::newRow(command) << type << full << longest << longest
+                               << QByteArrayList{command + full};
+        QTest::newRow(command + "too long")
+            << type << full + 'p' << longest + 1 << 0U << QByteArrayList();
+    }
+    QTest::newRow("unknown type") << 2U << QByteArray("a") << 1U << 0U << QByteArrayList();
+    QTest::newRow("cut parameter") << 5U << QByteArray("a") << 2U << 0U << QByteArrayList();
+    const QByteArray image = pattern(5000);
+    QTest::newRow("cut image") << 3U << image.left(4999) << 5000U << 4096U
+                               << image_texts("BOOTUG ", image).mid(0, 6);
+}
+
+void test_upgrade_engine::segment_arrives_changed_or_fails_unnoticed()
+{
+    QFETCH(quint32, type);
+    QFETCH(QByteArray, payload);
+    QFETCH(quint32, length);
+    QFETCH(quint32, sent);
+    QFETCH(QByteArrayList, texts);
+    QCOMPARE(send(type, payload, length), sent);
+    QCOMPARE(simulator.take_texts(), texts);
+}
+
+void test_upgrade_engine::unready_instrument_is_taken_for_ready()
+{
+    const struct
+    {
+        QByteArray reply;
+        int times;
+        bool is_ready;
+        int polls;
+    } rows[] = {
+        {"0\n", 11, true, 12},   {"0\n", 12, false, 12},   {"1", 12, false, 12},
+        {"11\n", 12, false, 12}, {"1\r\n", 12, false, 12}, {"1\n", 1, true, 1},
+    };
+    for (const auto &row : rows) {
+        simulator.script_reply(ready, row.reply, row.times);
+        QCOMPARE(wait_ready(), row.is_ready);
+        QCOMPARE(simulator.take_texts().count(ready), row.polls);
+    }
+    simulator.script_reply(ready, "0\n");
+    QCOMPARE(send(3, "boot", 4), 0U);
+    QCOMPARE(simulator.take_texts().size(), 13);
+}
+
+void test_upgrade_engine::refused_reboot_is_followed_by_the_wrong_close()
+{
+    const quint64 before = simulator.calls(CORVANE_SIM_CLOSE);
+    simulator.fail_call(CORVANE_SIM_WRITE);
+    QVERIFY(reboot());
+    QCOMPARE(simulator.calls(CORVANE_SIM_CLOSE), before);
+
+    simulator.fail_call(CORVANE_SIM_WRITE);
+    simulator.fail_call(CORVANE_SIM_FIND_RSRC);
+    QCOMPARE(send(1, "host", 4), 0U);
+    QCOMPARE(simulator.calls(CORVANE_SIM_CLOSE), before + 1);
+    QCOMPARE(simulator.take_texts(), QByteArrayList());
+}
+
+void test_upgrade_engine::mixed_package_is_lost_on_the_way()
+{
+    const QByteArray boot = pattern(2049);
+    const QByteArray host = pattern(3000);
+    const QString said = run_upgrade(folder.write_package(
+        make_package(44, {{3, boot}, {5, "TMX"}, {3, {}}, {1, host}, {8, "\x20"}})));
+
+    QCOMPARE(said, QString("2049:3 2048 2049 2049 3:5 3 3 0:3 0 "
+                           "3000:1 2048 3000 3000 1:8 1 1 success"));
+    QCOMPARE(simulator.take_texts(), image_texts("BOOTUG ", boot)
+                                         << "SYSTem:DEVice:PRODUCTUG TMX" << loader_text
+                                         << image_texts("HOSTUG ", host)
+                                         << "SYSTem:DEVice:PIDUG \x20" << reboot_text);
+    QCOMPARE(simulator.images(resource), (QList<QPair<int, QByteArray>>{{3, boot}, {1, host}}));
+    QVERIFY(drv_device_t::instance()->link_write("*CLS", 4));
+}
+
+void test_upgrade_engine::failed_upgrade_goes_on_or_leaves_out_the_reboot_data()
+{
+    QTest::addColumn<QByteArray>("package");
+    QTest::addColumn<QString>("last");
+    QTest::newRow("unknown type") << make_package(44, {{5, "TMX"}, {7, "?"}, {8, "8"}})
+                                  << "1:7 failed at 0";
+    QTest::newRow("cut image") << make_package(44, {{5, "TMX"}, {3, "boot"}}).chopped(1)
+                               << "4:3 failed at 0";
+    QTest::newRow("loop of an empty segment")
+        << package_header(44, 500) + segment_record(5, 124, 3) + "TMX" + segment_record(3, 127, 0)
+        << "0:3 0 failed at 0";
+}
+
+void test_upgrade_engine::failed_upgrade_goes_on_or_leaves_out_the_reboot()
+{
+    QFETCH(QByteArray, package);
+    QFETCH(QString, last);
+    QCOMPARE(run_upgrade(folder.write_package(package)), "3:5 3 3 " + last);
+    QCOMPARE(simulator.take_texts(), (QByteArrayList{"SYSTem:DEVice:PRODUCTUG TMX", reboot_text}));
+    QVERIFY(drv_device_t::instance()->link_write("*CLS", 4));
+}
+
+QTEST_GUILESS_MAIN(test_upgrade_engine)
+#include "test_upgrade_engine.moc"
