@@ -5,7 +5,9 @@
 #include <QFile>
 #include <QFontDatabase>
 #include <QIcon>
+#include <QPalette>
 #include <QStringList>
+#include <QToolTip>
 
 /// Registers the resources that are linked in with this library; a macro that has to stand outside
 /// of any namespace.
@@ -46,12 +48,28 @@ void apply_font(const QString &path)
     QApplication::setFont(font);
 }
 
+/// The style sheet makes texts white everywhere, so what it gives no ground of its own, such as
+/// Qt's file dialog and tool tips, needs a dark one. The progress bar's text is black.
+void apply_dark_palette()
+{
+    const QPalette light = QApplication::palette();
+    QPalette dark(QColor(0x26, 0x26, 0x28));
+    dark.setColor(QPalette::Base, QColor(0x1e, 0x1e, 0x20));
+    dark.setColor(QPalette::AlternateBase, QColor(0x27, 0x29, 0x2e));
+    dark.setColor(QPalette::Highlight, QColor(0x40, 0x9e, 0xff));
+    dark.setColor(QPalette::ToolTipBase, QColor(0x26, 0x26, 0x28));
+    QApplication::setPalette(dark);
+    QApplication::setPalette(light, "QProgressBar");
+    QToolTip::setPalette(dark);
+}
+
 } // namespace
 
 void apply_application_look()
 {
     qApp->setStyleSheet(read_style_sheets({QStringLiteral(":/ui.qss")}));
     QApplication::setStyle(QStringLiteral("Fusion"));
+    apply_dark_palette();
     apply_font(QStringLiteral(":/front/SourceHanSansCN-Bold.otf"));
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/image/norvale.ico")));
 }

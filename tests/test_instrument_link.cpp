@@ -33,14 +33,12 @@ class test_instrument_link : public QObject
 private slots:
     void init();
     void scan_lists_every_usb_instrument_in_order();
-    void scan_without_instruments_finds_nothing();
     void failed_lan_connect_keeps_the_old_link();
     void resource_name_is_remembered_for_lan_only();
     void failed_close_keeps_the_session();
     void operations_send_exact_texts_data();
     void operations_send_exact_texts();
     void lan_apply_stops_at_the_first_failure();
-    void lan_read_failing_half_way_copies_nothing();
     void replies_lose_exactly_one_character_data();
     void replies_lose_exactly_one_character();
     void failed_read_counts_as_answer();
@@ -72,16 +70,6 @@ void test_instrument_link::scan_lists_every_usb_instrument_in_order()
     QCOMPARE(count, 2);
     QCOMPARE(list, (std::vector<std::string>{"kept", "USB0::0xA17E::0x2000::X2::INSTR",
                                              "USB0::0xA17E::0x2000::X1::INSTR"}));
-}
-
-void test_instrument_link::scan_without_instruments_finds_nothing()
-{
-    simulator.load_fleet(R"({"instruments": []})");
-    std::vector<std::string> list;
-    int count = -1;
-    QCOMPARE(device().usb_scan(list, count), visa_result::nothing_found);
-    QCOMPARE(count, 0);
-    QVERIFY(list.empty());
 }
 
 void test_instrument_link::failed_lan_connect_keeps_the_old_link()
@@ -176,15 +164,6 @@ void test_instrument_link::lan_apply_stops_at_the_first_failure()
     simulator.fail_call(CORVANE_SIM_WRITE, 3);
     QVERIFY(!command().lan_apply({"0", "bench", "10.0.0.2", "255.0.0.0", "10.0.0.1", ""}));
     QCOMPARE(simulator.take_texts(), QByteArrayList({"SET:LAN:DHCP 0", "SET:LAN:IP 10.0.0.2"}));
-}
-
-void test_instrument_link::lan_read_failing_half_way_copies_nothing()
-{
-    lan_settings_t settings{"x", "x", "x", "x", "x", "x"};
-    simulator.fail_call(CORVANE_SIM_READ, 4);
-    QVERIFY(!command().lan_read(settings));
-    QCOMPARE(settings.ip_address, std::string("x"));
-    QCOMPARE(simulator.take_texts().last(), QByteArray("SHOW:LAN:GW?"));
 }
 
 void test_instrument_link::replies_lose_exactly_one_character_data()
