@@ -52,17 +52,10 @@ class test_port_panel : public QObject
 
 private slots:
     void init();
-    void products_data();
-    void connect_reads_identity_colors_and_routes_data() { products_data(); }
-    void connect_reads_identity_colors_and_routes();
-    void panel_has_the_ports_of_its_product_data() { products_data(); }
-    void panel_has_the_ports_of_its_product();
+    void panel_differs_from_its_product_data();
+    void panel_differs_from_its_product();
     void pick_disables_what_the_port_cannot_reach_data();
     void pick_disables_what_the_port_cannot_reach();
-    void route_goes_out_once_and_is_read_back_data() { products_data(); }
-    void route_goes_out_once_and_is_read_back();
-    void reset_removes_the_routes_of_every_button_data() { products_data(); }
-    void reset_removes_the_routes_of_every_button();
     void odd_replies_light_nothing_data();
     void odd_replies_light_nothing();
     void odd_colors_keep_the_color_data();
@@ -84,68 +77,72 @@ void test_port_panel::init()
     simulator.reset();
 }
 
-void test_port_panel::products_data()
+void test_port_panel::panel_differs_from_its_product_data()
 {
-    QTest::addColumn<QString>("product");
     QTest::addColumn<QString>("vna_ports");
     QTest::addColumn<int>("test_ports");
-    QTest::addColumn<QByteArray>("asked_colors");
-    QTest::addColumn<int>("route_queries");
-    QTest::newRow("44") << "44"
-                        << "ABCD" << 24 << QByteArray("ABCD") << 4;
-    QTest::newRow("42") << "42"
-                        << "ABCD" << 12 << QByteArray("ABCD") << 4;
-    QTest::newRow("24") << "24"
-                        << "AB" << 24 << QByteArray("AB") << 2;
-    QTest::newRow("22") << "22"
-                        << "AB" << 12 << QByteArray("ABCD") << 4;
-    QTest::newRow("21") << "21"
-                        << "AB" << 6 << QByteArray("ABCD") << 4;
+    QTest::addColumn<QByteArray>("colors");
+    QTest::addColumn<int>("queries");
+    const auto row = [](const char *product, const char *vna_ports, int test_ports,
+                        const char *colors, int queries) {
+        QTest::newRow(product) << vna_ports << test_ports << QByteArray(colors) << queries;
+    };
+    row("44", "ABCD", 24, "ABCD", 4);
+    row("42", "ABCD", 12, "ABCD", 4);
+    row("24", "AB", 24, "AB", 2);
+    row("22", "AB", 12, "ABCD", 4);
+    row("21", "AB", 6, "ABCD", 4);
 }
 
-void test_port_panel::connect_reads_identity_colors_and_routes()
+void test_port_panel::panel_differs_from_its_product()
 {
-    QFETCH(QString, product);
-    QFETCH(QByteArray, asked_colors);
-    QFETCH(int, route_queries);
-    window_driver_t driver;
-    QVERIFY(driver.connect_usb(QStringLiteral("SN%1").arg(product)));
-
-    const QByteArrayList identity{"SHOW:MNAMe?", "SHOW:SERial?", "SHOW:SVERsion?",
-                                  "SHOW:PRODect:ID?"};
-    const QByteArrayList expected =
-        identity + color_queries(asked_colors) + ::route_queries(route_queries);
-    // Rescan connects the first instrument, of product 44; what was chosen comes last.
-    const QByteArrayList texts = simulator.take_texts();
-    QCOMPARE(texts.mid(texts.size() - expected.size()), expected);
-    QCOMPARE(texts.size(), product == QLatin1String("44") ? 12 : 12 + expected.size());
-    QCOMPARE(driver.panel(), QStringLiteral("ui_%1port_control_widget_t").arg(product));
-    QCOMPARE(driver.link_text(), "(USB)");
-    QVERIFY(driver.status_text().startsWith(QStringLiteral("TMX50%1,Serial:SN%1").arg(product)));
-}
-
-void test_port_panel::panel_has_the_ports_of_its_product()
-{
-    QFETCH(QString, product);
+    const QString product = QTest::currentDataTag();
     QFETCH(QString, vna_ports);
     QFETCH(int, test_ports);
+    QFETCH(QByteArray, colors);
+    QFETCH(int, queries);
+    const QByteArrayList refresh = color_queries(colors) + route_queries(queries);
     window_driver_t driver;
-    QVERIFY(driver.connect_usb(QStringLiteral("SN%1").arg(product)));
 
+    // Rescan connects the first instrument, of product 44; what was chosen comes last.
+    QVERIFY(driver.connect_usb("SN" + product));
+    const QByteArrayList connect =
+        QByteArrayList{"SHOW:MNAMe?", "SHOW:SERial?", "SHOW:SVERsion?", "SHOW:PRODect:ID?"} +
+        refresh;
+    const QByteArrayList texts = simulator.take_texts();
+    QCOMPARE(texts.mid(texts.size() - connect.size()), connect);
+    QCOMPARE(driver.panel(), QString("ui_%1port_control_widget_t").arg(product));
+    QVERIFY(driver.status_text().startsWith(QString("TMX50%1,Serial:SN%1").arg(product)));
+
+    // Blocks of six run from left to right, 13 to 24 above 1 to 12.
     for (const QChar &letter : QStringLiteral("ABCD"))
         QCOMPARE(driver.button(letter) != nullptr, vna_ports.contains(letter));
-    for (int number = 1; number <= 25; ++number) {
-        const QAbstractButton *const port = driver.button(QString::number(number));
-        QCOMPARE(port != nullptr, number <= test_ports);
-    }
-    // Blocks of six run from left to right, 13 to 24 above 1 to 12.
+    for (int number = 1; number <= 25; ++number)
+        QCOMPARE(driver.button(QString::number(number)) != nullptr, number <= test_ports);
     const auto place = [&driver](int number) {
         return driver.button(QString::number(number))->mapTo(&driver.window, QPoint(0, 0));
     };
     for (int number = 2; number <= test_ports; ++number)
         QVERIFY(number == 13 || place(number).x() > place(number - 1).x());
-    if (test_ports == 24)
-        QVERIFY(place(13).y() < place(1).y());
+    QVERIFY(test_ports < 24 || place(13).y() < place(1).y());
+
+    QVERIFY(driver.click("Reset"));
+    QByteArrayList unroutes;
+    for (const QChar &letter : vna_ports)
+        unroutes.append(QByteArray("ADD:ROUTe ") + letter.toLatin1() + '0');
+    QCOMPARE(simulator.take_texts(), unroutes + refresh);
+    QCOMPARE(driver.lit_ports(), QStringList());
+
+    QVERIFY(driver.click("A") && driver.click("3"));
+    QCOMPARE(simulator.take_texts(), QByteArrayList{"ADD:ROUTe A3"} + route_queries(queries));
+    QCOMPARE(driver.painted({deepskyblue}), QStringList({"A", "3"}));
+    QVERIFY(driver.click("B") && driver.click("4"));
+    QCOMPARE(driver.painted({blue}), QStringList({"B", "4"}));
+    QCOMPARE(driver.disabled_ports(), QStringList());
+    simulator.take_texts();
+    QVERIFY(driver.click("A"));
+    QCOMPARE(simulator.take_texts(), QByteArrayList{"ADD:ROUTe A0"} + route_queries(queries));
+    QCOMPARE(driver.lit_ports(), QStringList({"B", "4"}));
 }
 
 void test_port_panel::pick_disables_what_the_port_cannot_reach_data()
@@ -192,69 +189,23 @@ void test_port_panel::pick_disables_what_the_port_cannot_reach()
     QCOMPARE(set_of(driver.disabled_ports()), set_of(disabled));
 }
 
-void test_port_panel::route_goes_out_once_and_is_read_back()
-{
-    QFETCH(QString, product);
-    QFETCH(int, route_queries);
-    window_driver_t driver;
-    QVERIFY(driver.connect_usb(QStringLiteral("SN%1").arg(product)));
-    QVERIFY(driver.click("Reset"));
-    simulator.take_texts();
-
-    QVERIFY(driver.click("A"));
-    QVERIFY(driver.click("3"));
-    QCOMPARE(simulator.take_texts(),
-             QByteArrayList{"ADD:ROUTe A3"} + ::route_queries(route_queries));
-    QCOMPARE(driver.painted({deepskyblue}), QStringList({"A", "3"}));
-    QCOMPARE(driver.disabled_ports(), QStringList());
-
-    QVERIFY(driver.click("B"));
-    QVERIFY(driver.click("4"));
-    QCOMPARE(driver.painted({blue}), QStringList({"B", "4"}));
-
-    simulator.take_texts();
-    QVERIFY(driver.click("A"));
-    QCOMPARE(simulator.take_texts(),
-             QByteArrayList{"ADD:ROUTe A0"} + ::route_queries(route_queries));
-    QCOMPARE(driver.painted({deepskyblue}), QStringList());
-    QCOMPARE(driver.painted({blue}), QStringList({"B", "4"}));
-}
-
-void test_port_panel::reset_removes_the_routes_of_every_button()
-{
-    QFETCH(QString, product);
-    QFETCH(QString, vna_ports);
-    QFETCH(QByteArray, asked_colors);
-    QFETCH(int, route_queries);
-    window_driver_t driver;
-    QVERIFY(driver.connect_usb(QStringLiteral("SN%1").arg(product)));
-    simulator.take_texts();
-
-    QVERIFY(driver.click("Reset"));
-    QByteArrayList expected;
-    for (const QChar &letter : vna_ports)
-        expected.append(QByteArray("ADD:ROUTe ") + letter.toLatin1() + '0');
-    QCOMPARE(simulator.take_texts(),
-             expected + color_queries(asked_colors) + ::route_queries(route_queries));
-    QCOMPARE(driver.lit_ports(), QStringList());
-}
-
 void test_port_panel::odd_replies_light_nothing_data()
 {
     QTest::addColumn<QByteArray>("reply");
     QTest::addColumn<QStringList>("lit");
-    QTest::newRow("a port that no panel has") << QByteArray("25,0,0,0\n") << QStringList();
-    QTest::newRow("no label at all") << QByteArray("\n") << QStringList();
-    QTest::newRow("empty fields") << QByteArray(",,,\n") << QStringList();
-    QTest::newRow("one field") << QByteArray("3\n") << QStringList{"A", "3"};
-    QTest::newRow("more fields than ports") << QByteArray("0,2,0,0,5,6\n") << QStringList{"B", "2"};
-    QTest::newRow("blank before the label") << QByteArray(" 3,0,0,0\n") << QStringList();
-    QTest::newRow("no terminator: the last digit is cut")
-        << QByteArray("0,0,0,12") << QStringList{"D", "1"};
-    QTest::newRow("embedded NUL") << QByteArray("2,0\0,4,0\n", 9) << QStringList{"A", "2"};
-    QTest::newRow("not UTF-8") << QByteArray("\xff\xfe,0,0,0\n") << QStringList();
-    QTest::newRow("300 bytes and more") << QByteArray(5000, '7') + '\n' << QStringList();
-    QTest::newRow("one port twice") << QByteArray("4,4,0,0\n") << QStringList{"A", "B", "4"};
+    const auto row = [](const char *name, const QByteArray &reply, const QStringList &lit) {
+        QTest::newRow(name) << reply << lit;
+    };
+    row("a port that no panel has", "25,0,0,0\n", {});
+    row("no label at all", "\n", {});
+    row("one field", "3\n", {"A", "3"});
+    row("more fields than ports", "0,2,0,0,5,6\n", {"B", "2"});
+    row("blank before the label", " 3,0,0,0\n", {});
+    row("no terminator: the last digit is cut", "0,0,0,12", {"D", "1"});
+    row("embedded NUL", QByteArray("2,0\0,4,0\n", 9), {"A", "2"});
+    row("not UTF-8", "\xff\xfe,0,0,0\n", {});
+    row("300 bytes and more", QByteArray(5000, '7') + '\n', {});
+    row("one port twice", "4,4,0,0\n", {"A", "B", "4"});
 }
 
 void test_port_panel::odd_replies_light_nothing()
@@ -265,29 +216,34 @@ void test_port_panel::odd_replies_light_nothing()
     simulator.script_reply("ROUTes?", reply);
     QVERIFY(driver.connect_usb("SN44"));
     QCOMPARE(driver.lit_ports(), lit);
-    QCOMPARE(driver.disabled_ports(), QStringList());
 }
 
 void test_port_panel::odd_colors_keep_the_color_data()
 {
+    QTest::addColumn<QString>("product");
     QTest::addColumn<QByteArray>("reply");
     QTest::addColumn<QColor>("shown");
-    QTest::newRow("RED is shown as magenta") << QByteArray("RED\n") << magenta;
-    QTest::newRow("GREEN is shown as greenyellow") << QByteArray("GREEN\n") << greenyellow;
-    QTest::newRow("other case keeps port A's own blue") << QByteArray("Red\n") << blue;
-    QTest::newRow("extra characters") << QByteArray("RED \n") << blue;
-    QTest::newRow("empty") << QByteArray("\n") << blue;
+    const auto row = [](const char *name, const char *product, const char *reply,
+                        const QColor &shown) {
+        QTest::newRow(name) << product << QByteArray(reply) << shown;
+    };
+    row("RED is shown as magenta", "44", "RED\n", magenta);
+    row("GREEN is shown as greenyellow", "44", "GREEN\n", greenyellow);
+    row("other case keeps the product's own", "44", "Red\n", greenyellow);
+    row("extra characters", "22", "RED \n", greenyellow);
+    row("empty, on the product with its own colours", "24", "\n", magenta);
 }
 
 void test_port_panel::odd_colors_keep_the_color()
 {
+    QFETCH(QString, product);
     QFETCH(QByteArray, reply);
     QFETCH(QColor, shown);
     window_driver_t driver;
-    simulator.script_reply("GET:COLOR? A", reply);
-    simulator.script_reply("ROUTes?", "5,0,0,0\n");
-    QVERIFY(driver.connect_usb("SN44"));
-    QCOMPARE(driver.painted({shown}), QStringList({"A", "5"}));
+    simulator.script_reply("GET:COLOR? B", reply);
+    simulator.script_reply("ROUTes?", "0,5,0,0\n");
+    QVERIFY(driver.connect_usb("SN" + product));
+    QCOMPARE(driver.painted({shown}), QStringList({"B", "5"}));
 }
 
 void test_port_panel::lit_test_port_click_removes_its_route()
@@ -327,8 +283,7 @@ void test_port_panel::refused_route_does_not_light_up()
     QVERIFY(driver.click("Reset"));
     simulator.fail_call(CORVANE_SIM_WRITE);
 
-    QVERIFY(driver.click("A"));
-    QVERIFY(driver.click("3"));
+    QVERIFY(driver.click("A") && driver.click("3"));
     QCOMPARE(driver.lit_ports(), QStringList());
     QCOMPARE(driver.disabled_ports(), QStringList());
 }
@@ -375,8 +330,7 @@ void test_port_panel::unplugged_instrument_leaves_the_panel_usable()
     const QByteArray resource = driver.devices().first().toLatin1();
     // In the middle of the refresh that follows a route.
     simulator.unplug_at_call(CORVANE_SIM_READ, 2);
-    QVERIFY(driver.click("A"));
-    QVERIFY(driver.click("3"));
+    QVERIFY(driver.click("A") && driver.click("3"));
     QCOMPARE(driver.disabled_ports(), QStringList());
     QVERIFY(driver.click("Reset"));
     QCOMPARE(driver.lit_ports(), QStringList());
@@ -384,8 +338,7 @@ void test_port_panel::unplugged_instrument_leaves_the_panel_usable()
     simulator.plug(resource);
     QVERIFY(driver.connect_usb("SN44"));
     QVERIFY(driver.click("Reset"));
-    QVERIFY(driver.click("A"));
-    QVERIFY(driver.click("3"));
+    QVERIFY(driver.click("A") && driver.click("3"));
     QCOMPARE(driver.lit_ports(), QStringList({"A", "3"}));
 }
 
