@@ -2,6 +2,7 @@
 #include "ui/dialog/ui_upgrade_dialog.h"
 
 #include "drv/drv_command.h"
+#include "ui/dialog/dialog_layout.h"
 #include "ui/information_box.h"
 #include "ui/widget/ui_push_button.h"
 #include "upgrade/accepted_id.h"
@@ -11,7 +12,6 @@
 
 #include <QFile>
 #include <QFileDialog>
-#include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -55,21 +55,21 @@ void ui_upgrade_dialog_t::build_widgets()
     path_edit->setAccessibleName(tr("Package"));
     browse_btn = new ui_push_button_t;
     browse_btn->setText(tr("Browse"));
+    browse_btn->setAutoDefault(false);
     begin_btn = new ui_push_button_t;
     begin_btn->setText(tr("Begin"));
+    begin_btn->setAutoDefault(false);
     progress_bar = new QProgressBar;
     progress_bar->setValue(0);
 
     auto *const file_row = new QHBoxLayout;
     file_row->addWidget(path_edit);
     file_row->addWidget(browse_btn);
-    group = new QGroupBox(tr("Firmware Upgrade "));
-    auto *const group_rows = new QVBoxLayout(group);
-    group_rows->addLayout(file_row);
-    group_rows->addWidget(begin_btn);
-    group_rows->addWidget(progress_bar);
-    auto *const rows = new QVBoxLayout(this);
-    rows->addWidget(group);
+    auto *const rows = new QVBoxLayout;
+    rows->addLayout(file_row);
+    rows->addWidget(begin_btn);
+    rows->addWidget(progress_bar);
+    set_group_layout(this, tr("Firmware Upgrade "), rows);
 }
 
 void ui_upgrade_dialog_t::connect_widgets()
@@ -145,7 +145,8 @@ void ui_upgrade_dialog_t::upgrade_success_slot()
 void ui_upgrade_dialog_t::reject()
 {
     const bool running = thread->isRunning();
-    group->setEnabled(!running);
+    browse_btn->setEnabled(!running);
+    begin_btn->setEnabled(!running);
     if (running) {
         connect(thread, SIGNAL(finished()), this, SLOT(reject()), Qt::UniqueConnection);
         thread->requestInterruption();

@@ -6,8 +6,6 @@
 
 #include <cstdint>
 
-class QBoxLayout;
-class QGroupBox;
 class QLineEdit;
 class QProgressBar;
 class ui_push_button_t;
@@ -51,7 +49,6 @@ private:
     void connect_widgets();
 
     QString path;
-    QGroupBox *group;
     QLineEdit *path_edit;
     ui_push_button_t *browse_btn;
     ui_push_button_t *begin_btn;
