@@ -92,8 +92,8 @@ int main(int argc, char **argv)
     thread.start();
     thread.wait();
     const double wall_ms = static_cast<double>(timer.nsecsElapsed()) / 1e6;
-    std::printf("%3d MiB: %s, %.0f ms, the pauses are %.0f ms, ratio %.3f; "
-                "peak memory %ld KiB, grown by %ld KiB\n",
+    std::printf("%3d MiB: %s in %.0f ms, of which the pauses are %.0f ms when they are made; "
+                "ratio %.3f; peak memory %ld KiB, grown by %ld KiB\n",
                 mib, complete ? "complete" : "FAILED", wall_ms, pauses_ms(image_bytes),
                 wall_ms / pauses_ms(image_bytes), peak_memory_kib(),
                 peak_memory_kib() - memory_before);
