@@ -12,10 +12,8 @@ class test_main_window : public QObject
 
 private slots:
     void init() { simulator.reset(); }
-    void menus_show_what_can_be_done();
-    void device_actions_are_refused_data();
-    void device_actions_are_refused();
-    void vna_port_count_follows_the_product_data();
+    void menus_lack_an_entry();
+    void device_action_is_not_refused();
     void vna_port_count_follows_the_product();
     void exit_ends_the_event_loop();
 
@@ -23,7 +21,7 @@ private:
     simulator_t simulator;
 };
 
-void test_main_window::menus_show_what_can_be_done()
+void test_main_window::menus_lack_an_entry()
 {
     const window_driver_t driver;
     QCOMPARE(driver.window.windowTitle(), "Corvane V1.2.3");
@@ -32,65 +30,36 @@ void test_main_window::menus_show_what_can_be_done()
     QCOMPARE(driver.entries("Help"), QStringList({"About", "Website"}));
 }
 
-void test_main_window::device_actions_are_refused_data()
+void test_main_window::device_action_is_not_refused()
 {
-    QTest::addColumn<QString>("entry");
-    QTest::addColumn<int>("mode");
-    QTest::addColumn<bool>("lan");
-    QTest::addColumn<QString>("message");
-    const QString not_connected = "Device not connected!";
-    for (const char *const entry : {"LAN", "Scpi", "Color", "Upgrade"}) {
-        QTest::addRow("%s, not connected", entry)
-            << entry << int(link_modes::not_connected) << false << not_connected;
-        QTest::addRow("%s, upgrading", entry)
-            << entry << int(link_modes::upgrading) << false << "Upgrading!";
-    }
-    QTest::newRow("Upgrade over LAN")
-        << "Upgrade" << int(link_modes::connected) << true << "Please upgrade using USB!";
-    QTest::newRow("LAN over LAN") << "LAN" << int(link_modes::connected) << true
-                                  << "Please change LAN using USB!";
-    QTest::newRow("not connected comes first")
-        << "LAN" << int(link_modes::not_connected) << true << not_connected;
-}
-
-void test_main_window::device_actions_are_refused()
-{
-    QFETCH(QString, entry);
-    QFETCH(int, mode);
-    QFETCH(bool, lan);
-    QFETCH(QString, message);
-    window_driver_t driver;
-    if (lan)
+    const auto check = [this](std::uint8_t mode, const QStringList &entries, const char *message) {
+        window_driver_t driver;
         driver.connect_lan("127.0.0.1");
-    drv_command_t::instance()->set_link_mode(static_cast<std::uint8_t>(mode));
-    simulator.take_texts();
-
-    QVERIFY(driver.choose("Tool", entry));
-    QCOMPARE(driver.take_boxes(),
-             QStringList{QStringLiteral("Information: %1 [OK, Close]").arg(message)});
-    QCOMPARE(simulator.take_texts(), QByteArrayList());
-}
-
-void test_main_window::vna_port_count_follows_the_product_data()
-{
-    QTest::addColumn<int>("product");
-    QTest::addColumn<int>("count");
-    const QMap<int, int> counts{{21, 2}, {22, 2}, {24, 2}, {42, 4}, {44, 4}, {0, 2}, {23, 2}};
-    for (auto row = counts.begin(); row != counts.end(); ++row)
-        QTest::addRow("%d", row.key()) << row.key() << row.value();
+        drv_command_t::instance()->set_link_mode(mode);
+        simulator.take_texts();
+        for (const QString &entry : entries) {
+            QVERIFY(driver.choose("Tool", entry));
+            QCOMPARE(driver.take_boxes(), QStringList(message));
+        }
+        QCOMPARE(simulator.take_texts(), QByteArrayList());
+    };
+    const QStringList all{"LAN", "Scpi", "Color", "Upgrade"};
+    check(link_modes::not_connected, all, "Information: Device not connected! [OK, Close]");
+    check(link_modes::upgrading, all, "Information: Upgrading! [OK, Close]");
+    check(link_modes::connected, {"LAN"}, "Information: Please change LAN using USB! [OK, Close]");
+    check(link_modes::connected, {"Upgrade"}, "Information: Please upgrade using USB! [OK, Close]");
 }
 
 void test_main_window::vna_port_count_follows_the_product()
 {
-    QFETCH(int, product);
-    QFETCH(int, count);
     const window_driver_t driver;
     auto *const frame = driver.window.findChild<ui_central_widget_t *>();
     QCOMPARE(frame->vna_port_count(), 2);
-    frame->change_port_widget_slot(44);
-    QCOMPARE(frame->vna_port_count(), 4);
-    frame->change_port_widget_slot(product);
-    QCOMPARE(frame->vna_port_count(), count);
+    const QPair<int, int> counts[] = {{44, 4}, {24, 2}, {42, 4}, {23, 2}, {44, 4}, {21, 2}};
+    for (const auto &[product, count] : counts) {
+        frame->change_port_widget_slot(product);
+        QCOMPARE(frame->vna_port_count(), count);
+    }
 }
 
 void test_main_window::exit_ends_the_event_loop()

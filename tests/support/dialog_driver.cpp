@@ -2,38 +2,36 @@
 #include "tests/support/dialog_driver.h"
 
 #include "tests/support/window_driver.h"
-#include "ui/widget/q_ip_line_edit.h"
 
-#include <QAbstractButton>
 #include <QApplication>
-#include <QClipboard>
 #include <QComboBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QTimer>
 #include <QtTest/QTest>
 
 namespace {
 
-template <typename widget_t>
-widget_t *find(const QDialog &dialog, const QString &label)
+QString label_of(const QDialog &dialog, const QWidget *widget)
 {
-    for (widget_t *const candidate : dialog.findChildren<widget_t *>())
-        if (label_of(dialog, candidate) == label)
-            return candidate;
-    return nullptr;
+    if (const auto *const button = qobject_cast<const QAbstractButton *>(widget))
+        return button->text();
+    for (const QLabel *const label : dialog.findChildren<QLabel *>())
+        if (label->buddy() == widget || label->buddy() == widget->parentWidget())
+            return label->text();
+    return widget->accessibleName();
 }
 
-void enter(QLineEdit *edit, const QString &text)
+/// An address, which is a line edit itself, stands for those of its octets.
+template <typename widget_t>
+QList<widget_t *> find(const QDialog &dialog, const QString &label)
 {
-    QTest::mouseClick(edit, Qt::LeftButton);
-    QTest::keyClick(edit, Qt::Key_A, Qt::ControlModifier);
-    QTest::keyClick(edit, Qt::Key_Delete);
-    if (text == QString::fromLatin1(text.toLatin1())) {
-        QTest::keyClicks(edit, text);
-        return;
-    }
-    QApplication::clipboard()->setText(text);
-    QTest::keyClick(edit, Qt::Key_V, Qt::ControlModifier);
+    QList<widget_t *> found;
+    for (widget_t *const candidate : dialog.findChildren<widget_t *>())
+        if (label_of(dialog, candidate) == label &&
+            candidate->template findChild<QLineEdit *>() == nullptr)
+            found.append(candidate);
+    return found;
 }
 
 } // namespace
@@ -48,9 +46,8 @@ bool use_dialog(const std::function<void()> &open, const std::function<void(QDia
             return;
         timer.stop();
         use(*dialog);
-        const bool open_before = dialog->isVisible();
         QTest::keyClick(dialog, Qt::Key_Escape);
-        closed_by_escape = open_before && !dialog->isVisible();
+        closed_by_escape = !dialog->isVisible();
         dialog->close();
     });
     timer.start(1);
@@ -58,50 +55,37 @@ bool use_dialog(const std::function<void()> &open, const std::function<void(QDia
     return closed_by_escape;
 }
 
-QString label_of(const QDialog &dialog, const QWidget *widget)
-{
-    if (const auto *const button = qobject_cast<const QAbstractButton *>(widget))
-        return button->text();
-    for (const QLabel *const label : dialog.findChildren<QLabel *>()) {
-        const QWidget *const buddy = label->buddy();
-        if (buddy != nullptr && (buddy == widget || buddy->isAncestorOf(widget)))
-            return label->text();
-    }
-    return widget->accessibleName();
-}
-
 bool perform(const QDialog &dialog, const QString &step)
 {
     const QString label = step.section(QLatin1Char('='), 0, 0);
     const QString value = step.section(QLatin1Char('='), 1);
-    if (auto *const button = find<QAbstractButton>(dialog, label)) {
+    if (auto *const button = find<QAbstractButton>(dialog, label).value(0)) {
         QTest::mouseClick(button, Qt::LeftButton);
         return button->isEnabled();
     }
-    if (auto *const list = find<QComboBox>(dialog, label)) {
+    if (auto *const list = find<QComboBox>(dialog, label).value(0)) {
         choose_item(*list, list->findText(value));
         return list->currentText() == value;
     }
-    if (const auto *const address = find<QIPLineEdit>(dialog, label)) {
-        const auto octets = address->findChildren<QLineEdit *>();
-        for (int part = 0; part < octets.size(); ++part)
-            enter(octets.at(part), value.section(QLatin1Char('.'), part, part));
-        return !octets.isEmpty();
+    const auto edits = find<QLineEdit>(dialog, label);
+    const QStringList values =
+        edits.size() > 1 ? value.split(QLatin1Char('.')) : QStringList(value);
+    for (int index = 0; index < edits.size(); ++index) {
+        QTest::keyClick(edits[index], Qt::Key_A, Qt::ControlModifier);
+        for (const QChar &character : values[index])
+            QTest::sendKeyEvent(QTest::Click, edits[index], Qt::Key_unknown, character, {});
     }
-    auto *const edit = find<QLineEdit>(dialog, label);
-    if (edit != nullptr)
-        enter(edit, value);
-    return edit != nullptr;
+    return !edits.isEmpty();
 }
 
 QString shown(const QDialog &dialog, const QString &label)
 {
-    if (const auto *const list = find<QComboBox>(dialog, label))
+    if (const auto *const list = find<QComboBox>(dialog, label).value(0))
         return list->currentText() + (list->isEnabled() ? QString() : QStringLiteral(" off"));
-    if (const auto *const address = find<QIPLineEdit>(dialog, label))
-        return address->text();
-    const auto *const edit = find<QLineEdit>(dialog, label);
-    return edit != nullptr ? edit->text() : QStringLiteral("no such field");
+    QStringList texts;
+    for (const QLineEdit *const edit : find<QLineEdit>(dialog, label))
+        texts.append(edit->text());
+    return texts.join(QLatin1Char('.'));
 }
 
 QStringList press_return_everywhere(const QDialog &dialog)
