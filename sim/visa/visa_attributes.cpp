@@ -15,7 +15,7 @@ namespace {
 
 using bus_t = resource_name_t::bus_t;
 
-constexpr ViUInt32 specification_version = 0x00500800; // 5.8.0
+constexpr ViUInt32 spec_version = 0x00500800; // 5.8.0
 constexpr ViUInt32 implementation_version = 0x00100000;
 constexpr const char *maker = "Corvane simulated instruments";
 
@@ -123,8 +123,8 @@ const std::vector<attribute_t> &attributes()
          [](const session_t &) { return text("INSTR"); }, nullptr},
         {attribute_resource_manufacturer_name, scope_t::every_bus,
          [](const session_t &) { return text(maker); }, nullptr},
-        {attribute_specification_version, scope_t::every_bus,
-         [](const session_t &) { return number(specification_version); }, nullptr},
+        {attribute_spec_version, scope_t::every_bus,
+         [](const session_t &) { return number(spec_version); }, nullptr},
         {attribute_implementation_version, scope_t::every_bus,
          [](const session_t &) { return number(implementation_version); }, nullptr},
         {attribute_lock_state, scope_t::every_bus,
@@ -210,8 +210,8 @@ ViStatus get_manager_attribute(ViAttr attribute, void *value)
     case attribute_resource_manufacturer_name:
         store(value, text(maker));
         return success;
-    case attribute_specification_version:
-        store(value, number(specification_version));
+    case attribute_spec_version:
+        store(value, number(spec_version));
         return success;
     case attribute_implementation_version:
         store(value, number(implementation_version));

@@ -76,7 +76,7 @@ constexpr ViAttr attribute_term_char_enable = 0x3FFF0038U;
 constexpr ViAttr attribute_rm_session = 0x3FFF00C4U;
 constexpr ViAttr attribute_manufacturer_id = 0x3FFF00D9U;
 constexpr ViAttr attribute_model_code = 0x3FFF00DFU;
-constexpr ViAttr attribute_specification_version = 0x3FFF0170U;
+constexpr ViAttr attribute_spec_version = 0x3FFF0170U;
 constexpr ViAttr attribute_interface_type = 0x3FFF0171U;
 constexpr ViAttr attribute_interface_number = 0x3FFF0176U;
 
