@@ -3,6 +3,7 @@
 
 #include "drv/reply_text.h"
 
+#include <QElapsedTimer>
 #include <QMutexLocker>
 
 namespace {
@@ -17,6 +18,24 @@ drv_serial_t &drv_serial_t::instance()
 {
     static auto *const serial = new drv_serial_t;
     return *serial;
+}
+
+drv_serial_t::drv_serial_t()
+{
+    // Queued, because the port is still in use where it finds its error.
+    QObject::connect(
+        &port, &QSerialPort::errorOccurred, &port,
+        [this](QSerialPort::SerialPortError error) { close_lost_port(error); },
+        Qt::QueuedConnection);
+}
+
+/// A line that is gone stays readable without ever giving a byte; left open, it would keep the
+/// event loop busy for good. An error that a newly opened port no longer has is an old one.
+void drv_serial_t::close_lost_port(QSerialPort::SerialPortError error)
+{
+    const bool lost = error == QSerialPort::ReadError || error == QSerialPort::ResourceError;
+    if (lost && port.error() == error)
+        close();
 }
 
 bool drv_serial_t::open(const QString &port_name)
@@ -45,8 +64,21 @@ bool drv_serial_t::read(std::string &out)
     return take_reply(port.readAll().toStdString(), out);
 }
 
+/// USB hands a reply over in pieces at times. What is left of one would answer the next query.
+void drv_serial_t::wait_for_line_end()
+{
+    QElapsedTimer timer;
+    timer.start();
+    while (!port.peek(port.bytesAvailable()).endsWith('\n') &&
+           timer.elapsed() < transfer_timeout_ms && port.waitForReadyRead(piece_timeout_ms)) {
+    }
+}
+
 bool drv_serial_t::query(const std::string &text, std::string &out)
 {
     const QMutexLocker locker(&mutex);
-    return write(text) && port.waitForReadyRead(transfer_timeout_ms) && read(out);
+    if (!write(text) || !port.waitForReadyRead(transfer_timeout_ms))
+        return false;
+    wait_for_line_end();
+    return read(out);
 }

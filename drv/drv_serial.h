@@ -15,6 +15,8 @@ class drv_serial_t
 public:
     /// How long a write, and the wait for a reply, may take.
     static constexpr int transfer_timeout_ms = 200;
+    /// How long the next piece of a reply that has begun, and has no line end yet, may take.
+    static constexpr int piece_timeout_ms = 20;
 
     /// The process-wide port, made during static initialisation.
     static drv_serial_t &instance();
@@ -31,12 +33,16 @@ public:
     /// Takes all bytes that have arrived, less the last one, the line terminator. False when there
     /// are none; `out` is then left alone.
     bool read(std::string &out);
-    /// Writes and then reads the reply, if one begins within `transfer_timeout_ms`.
+    /// Writes and then reads the reply, if one begins within `transfer_timeout_ms`. A reply that
+    /// comes in pieces is read up to its line end, as long as the pieces follow closely.
     bool query(const std::string &text, std::string &out);
 
 private:
-    drv_serial_t() = default;
+    drv_serial_t();
     ~drv_serial_t() = default;
+
+    void close_lost_port(QSerialPort::SerialPortError error);
+    void wait_for_line_end();
 
     QSerialPort port;
     QMutex mutex;
