@@ -34,4 +34,15 @@ const raw_command_t *find_raw_command(std::string_view header)
     return row == commands.end() ? nullptr : &*row;
 }
 
+bool begins_with_command(std::string_view text)
+{
+    const auto begins_it = [text](const auto &command) {
+        return text.substr(0, command.pattern.size()) == command.pattern;
+    };
+    for (const auto *commands : {&common_commands(), &device_commands(), &upgrade_commands()})
+        if (std::any_of(commands->begin(), commands->end(), begins_it))
+            return true;
+    return std::any_of(raw_commands().begin(), raw_commands().end(), begins_it);
+}
+
 } // namespace sim

@@ -70,4 +70,7 @@ const command_t *find_command(std::string_view header, instrument_mode_t mode);
 /// The raw command with this header, or null; TMX instruments know them in both modes.
 const raw_command_t *find_raw_command(std::string_view header);
 
+/// True for a text that begins with the header of any command, spelled exactly as in the manual.
+bool begins_with_command(std::string_view text);
+
 } // namespace sim

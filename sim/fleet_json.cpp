@@ -8,6 +8,8 @@
 
 #include <cstddef>
 #include <cstdio>
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <utility>
 #include <vector>
@@ -246,6 +248,15 @@ fleet_t parse_fleet(std::string_view text)
         throw fleet_error_t(error.what());
     }
     return fleet;
+}
+
+fleet_t read_fleet_file(const std::string &path)
+{
+    std::ifstream file(path, std::ios::binary);
+    if (!file)
+        throw fleet_error_t("cannot be read");
+    const std::string text{std::istreambuf_iterator<char>(file), {}};
+    return parse_fleet(text);
 }
 
 } // namespace sim

@@ -4,6 +4,7 @@
 #include "sim/fleet.h"
 
 #include <stdexcept>
+#include <string>
 #include <string_view>
 
 namespace sim {
@@ -18,5 +19,8 @@ public:
 /// Reads a fleet description (the format is in docs/simulator.md). Throws fleet_error_t,
 /// which names the place, for text that is not JSON, an unknown key or a bad value.
 fleet_t parse_fleet(std::string_view text);
+
+/// The same for a file. Throws fleet_error_t also when it cannot be read.
+fleet_t read_fleet_file(const std::string &path);
 
 } // namespace sim

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "drv/drv_command.h"
 #include "drv/drv_device.h"
 #include "drv/visa_library.h"
-#include "tests/support/pseudo_terminal.h"
 #include "tests/support/window_driver.h"
 
 #include <QtTest/QTest>
@@ -19,9 +17,6 @@ private slots:
     void upgrade_is_hidden();
     void rescan_looks_for_serial_ports();
     void lan_is_refused();
-    void commands_go_over_the_serial_port_data();
-    void commands_go_over_the_serial_port();
-    void silent_serial_port_fails();
 };
 
 void test_without_visa::link_says_that_it_is_not_ready()
@@ -70,51 +65,6 @@ void test_without_visa::lan_is_refused()
     driver.connect_lan("127.0.0.1");
     QCOMPARE(driver.take_boxes(), QStringList{"Information: Ip address no find! [OK, Close]"});
     QCOMPARE(driver.link_text(), "(/)");
-}
-
-void test_without_visa::commands_go_over_the_serial_port_data()
-{
-    QTest::addColumn<QByteArray>("reply");
-    QTest::addColumn<bool>("answered");
-    QTest::addColumn<QByteArray>("text");
-    QTest::newRow("line end is cut") << QByteArray("3,0,0,0\n") << true << QByteArray("3,0,0,0");
-    QTest::newRow("one character") << QByteArray("\n") << true << QByteArray();
-    QTest::newRow("bytes beyond ASCII")
-        << QByteArray("\xff\0x\n", 4) << true << QByteArray("\xff\0x", 3);
-}
-
-void test_without_visa::commands_go_over_the_serial_port()
-{
-    QFETCH(QByteArray, reply);
-    QFETCH(bool, answered);
-    QFETCH(QByteArray, text);
-    drv_command_t &command = *drv_command_t::instance();
-    pseudo_terminal_t terminal;
-    QVERIFY(!command.send_command("ADD:ROUTe A3"));
-    QVERIFY(command.serial_open(terminal.path()));
-    QVERIFY(command.serial_open(terminal.path()));
-
-    QVERIFY(command.send_command("ADD:ROUTe A3"));
-    QCOMPARE(terminal.take_bytes(12), QByteArray("ADD:ROUTe A3"));
-    terminal.answer_next(reply);
-    std::string out = "before";
-    QCOMPARE(command.query("ROUTes?", out), answered);
-    QCOMPARE(QByteArray::fromStdString(out), text);
-    QCOMPARE(terminal.take_bytes(7), QByteArray("ROUTes?"));
-    command.serial_close();
-    QVERIFY(!command.query("ROUTes?", out));
-}
-
-void test_without_visa::silent_serial_port_fails()
-{
-    drv_command_t &command = *drv_command_t::instance();
-    pseudo_terminal_t terminal;
-    QVERIFY(command.serial_open(terminal.path()));
-    std::string out = "before";
-    QVERIFY(!command.query("ROUTes?", out));
-    QVERIFY(!command.read_reply(out));
-    QCOMPARE(out, std::string("before"));
-    command.serial_close();
 }
 
 CORVANE_GUI_TEST_MAIN(test_without_visa)

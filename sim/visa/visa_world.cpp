@@ -6,24 +6,10 @@
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
-#include <fstream>
 #include <iterator>
 #include <utility>
 
 namespace sim::visa {
-
-namespace {
-
-fleet_t read_fleet_file(const char *path)
-{
-    std::ifstream file(path, std::ios::binary);
-    if (!file)
-        throw fleet_error_t("cannot be read");
-    const std::string text{std::istreambuf_iterator<char>(file), {}};
-    return parse_fleet(text);
-}
-
-} // namespace
 
 visa_world_t &visa_world_t::instance()
 {

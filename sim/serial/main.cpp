@@ -1,0 +1,146 @@
+// SPDX-License-Identifier: MIT
+#include "sim/fleet_json.h"
+#include "sim/serial/device_link.h"
+#include "sim/serial/serial_instrument.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <csignal>
+#include <exception>
+#include <iostream>
+#include <stdexcept>
+#include <string>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+using namespace sim;
+using namespace sim::serial;
+using std::chrono::milliseconds;
+
+/// What the command line asks for.
+struct request_t
+{
+    std::string fleet;
+    int product = 0;
+    std::string serial;
+    int delay_ms = -1;
+    std::vector<int> fragment; ///< bytes, milliseconds
+    std::string link;
+    bool log = false;
+};
+
+/// A byte is written to the second end when the program is to stop.
+int stop_pipe[2];
+
+extern "C" void note_stop(int /*signal*/)
+{
+    // Nothing can be done about a failure here, and a full pipe says what is to be said already.
+    [[maybe_unused]] const ssize_t count = write(stop_pipe[1], "", 1);
+}
+
+void catch_signals()
+{
+    if (pipe(stop_pipe) != 0)
+        throw std::runtime_error("no pipe");
+    struct sigaction action = {};
+    action.sa_handler = note_stop;
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP})
+        sigaction(signal, &action, nullptr);
+}
+
+void add_options(CLI::App &app, request_t &request)
+{
+    app.add_option("--fleet", request.fleet, "Fleet file; the built-in fleet without it")
+        ->envname("CORVANE_SIM_FLEET");
+    CLI::Option *const product =
+        app.add_option("--product", request.product, "The first instrument of this product");
+    app.add_option("--serial", request.serial, "The instrument with this serial number")
+        ->excludes(product);
+    app.add_option("--delay", request.delay_ms, "From a query to its reply, in ms")
+        ->check(CLI::Range(0, 60'000));
+    app.add_option("--fragment", request.fragment,
+                   "Send replies in pieces of so many bytes,MS apart")
+        ->delimiter(',')
+        ->expected(1, 2)
+        ->type_name("BYTES[,MS]")
+        ->check(CLI::Range(0, 60'000));
+    app.add_option("--link", request.link, "Symbolic link to the device, kept up to date");
+    app.add_flag("--log", request.log, "Print the messages received on the standard error output");
+}
+
+/// The first TMX of the fleet that is asked for.
+const fleet_instrument_t &choose(const fleet_t &fleet, const request_t &request)
+{
+    const auto wanted = [&request](const fleet_instrument_t &candidate) {
+        const instrument_config_t &config = candidate.config;
+        return config.foreign_identity.empty() &&
+               (request.product == 0 || request.product == config.product) &&
+               (request.serial.empty() || request.serial == config.serial);
+    };
+    const auto found = std::find_if(fleet.instruments.begin(), fleet.instruments.end(), wanted);
+    if (found == fleet.instruments.end())
+        throw std::runtime_error("the fleet has no such instrument");
+    return *found;
+}
+
+reply_pace_t pace_of(const request_t &request, const fleet_instrument_t &chosen)
+{
+    reply_pace_t pace;
+    pace.delay = request.delay_ms < 0 ? chosen.response_delay : milliseconds(request.delay_ms);
+    if (!request.fragment.empty())
+        pace.piece_bytes = static_cast<std::size_t>(request.fragment.front());
+    if (request.fragment.size() > 1)
+        pace.piece_pause = milliseconds(request.fragment.back());
+    return pace;
+}
+
+fleet_t read_fleet(const std::string &path)
+{
+    try {
+        return path.empty() ? default_fleet() : read_fleet_file(path);
+    } catch (const fleet_error_t &error) {
+        throw fleet_error_t("fleet file \"" + path + "\": " + error.what());
+    }
+}
+
+/// Serves one line and tells whether the instrument comes back on another.
+bool serve_line(serial_instrument_t &instrument, const std::string &link_place)
+{
+    pseudo_terminal_t terminal;
+    const device_link_t link(link_place, terminal.path());
+    std::cout << terminal.path() << std::endl;
+    return instrument.serve(terminal) == instrument_effect_t::reboot;
+}
+
+void run(const request_t &request)
+{
+    const fleet_t fleet = read_fleet(request.fleet);
+    const fleet_instrument_t &chosen = choose(fleet, request);
+    catch_signals();
+    serial_instrument_t instrument(chosen.config, pace_of(request, chosen), stop_pipe[0],
+                                   request.log ? &std::cerr : nullptr);
+    while (serve_line(instrument, request.link) && instrument.pass(fleet.reboot_time)) {
+    }
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    CLI::App app("A simulated TMX switch matrix behind a pseudo-terminal", "corvane-sim");
+    request_t request;
+    add_options(app, request);
+    try {
+        app.parse(argc, argv);
+        run(request);
+        return 0;
+    } catch (const CLI::ParseError &error) {
+        return app.exit(error) == 0 ? 0 : 1;
+    } catch (const std::exception &error) {
+        std::cerr << "corvane-sim: " << error.what() << '\n';
+        return 1;
+    }
+}

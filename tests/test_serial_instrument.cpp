@@ -1,0 +1,164 @@
+// SPDX-License-Identifier: MIT
+#include "drv/drv_command.h"
+#include "tests/support/dialog_driver.h"
+#include "tests/support/window_driver.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QtTest/QTest>
+
+/// Runs with no VISA library and among the serial ports of support/serial_ports.umockdev. Only one
+/// of them is an instrument's; a corvane-sim process is behind it.
+class test_serial_instrument : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void cleanup();
+    void wrong_port_is_taken_or_a_write_is_lost();
+    void dialogs_miss_their_instrument();
+    void paced_reply_is_read_wrongly_data();
+    void paced_reply_is_read_wrongly();
+    void lost_line_hangs_or_cannot_be_opened_again();
+
+private:
+    void plug(const QStringList &options = {});
+    void unplug();
+
+    drv_command_t &command = *drv_command_t::instance();
+    QTemporaryDir folder{QDir::tempPath() + "/串口 XXXXXX"};
+    QFile log{folder.filePath("log")}; ///< what the instrument received, a line a message
+    QProcess sim;
+};
+
+void test_serial_instrument::plug(const QStringList &options)
+{
+    const QDir devices(qEnvironmentVariable("UMOCKDEV_DIR") + "/dev");
+    devices.mkpath(".");
+    sim.setStandardErrorFile(log.fileName());
+    sim.start(CORVANE_SIM, QStringList{"--log", "--link", devices.filePath("ttyACM44")} + options);
+    while (!sim.canReadLine() && sim.waitForReadyRead()) {
+    }
+    if (sim.readLine().isEmpty() || !log.open(QIODevice::ReadOnly))
+        qFatal("corvane-sim does not start");
+}
+
+void test_serial_instrument::unplug()
+{
+    sim.terminate();
+    QVERIFY(sim.waitForFinished());
+    QCOMPARE(sim.exitCode(), 0);
+    log.close();
+}
+
+void test_serial_instrument::cleanup()
+{
+    command.serial_close();
+    unplug();
+}
+
+void test_serial_instrument::wrong_port_is_taken_or_a_write_is_lost()
+{
+    QFile fleet(folder.filePath("fleet"));
+    QVERIFY(fleet.open(QIODevice::WriteOnly));
+    fleet.write(R"({"instruments": [{"product": 44, "serial": "SN1", "version": "1\u0000主",
+                "routes": {"A": 2}, "resources": ["USB0::0xA17E::0x2000::SN1::INSTR"]}]})");
+    fleet.close();
+    plug({"--fleet", fleet.fileName()});
+    window_driver_t driver;
+    QVERIFY(driver.click("Rescan"));
+    QCOMPARE(driver.devices(), QStringList("ttyACM44"));
+    QCOMPARE(driver.status_text(), QString("TMX5044,Serial:SN1,Version:1") + QChar(0) + "主");
+    QCOMPARE(driver.link_text(), "(USB)");
+    QCOMPARE(driver.lit_ports(), QStringList({"A", "2"}));
+    const QByteArray queries = "GET:COLOR? A\nGET:COLOR? B\nGET:COLOR? C\nGET:COLOR? D\n"
+                               "ROUTes?\nROUTes?\nROUTes?\nROUTes?\n";
+    QCOMPARE(log.readAll(),
+             "SHOW:MNAMe?\nSHOW:SERial?\nSHOW:SVERsion?\nSHOW:PRODect:ID?\n" + queries);
+
+    QVERIFY(driver.click("Reset"));
+    QCOMPARE(log.readAll(), "ADD:ROUTe A0\nADD:ROUTe B0\nADD:ROUTe C0\nADD:ROUTe D0\n" + queries);
+    QVERIFY(driver.click("C") && driver.click("8"));
+    QCOMPARE(driver.lit_ports(), QStringList({"C", "8"}));
+}
+
+void test_serial_instrument::dialogs_miss_their_instrument()
+{
+    plug();
+    window_driver_t driver;
+    QVERIFY(driver.click("Rescan"));
+    QVERIFY(use_dialog([&] { driver.choose("Tool", "Color"); },
+                       [](const QDialog &dialog) {
+                           QVERIFY(perform(dialog, "Color VNA Port B:=Red"));
+                           QVERIFY(perform(dialog, "Default"));
+                           QVERIFY(perform(dialog, "Color VNA Port B:=Green"));
+                       }));
+    QCOMPARE(driver.painted({QColor("greenyellow")}), QStringList({"B", "14"}));
+    QVERIFY(use_dialog([&] { driver.choose("Tool", "Scpi"); },
+                       [](const QDialog &dialog) {
+                           QVERIFY(perform(dialog, "Query"));
+                           QCOMPARE(shown(dialog, "Reply"), "TMX,TMX5044,SN44001,1.0.0");
+                           QVERIFY(perform(dialog, "Command=ROUTes?"));
+                           QVERIFY(perform(dialog, "Write"));
+                           QTRY_COMPARE((perform(dialog, "Read"), shown(dialog, "Reply")),
+                                        "0,14,9,0");
+                       }));
+}
+
+void test_serial_instrument::paced_reply_is_read_wrongly_data()
+{
+    QTest::addColumn<QStringList>("pace");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("in time") << QStringList{"--delay", "120"} << "0,14,9,0";
+    QTest::newRow("too late") << QStringList{"--delay", "400"} << "before";
+    QTest::newRow("in close pieces") << QStringList{"--fragment", "4,2"} << "0,14,9,0";
+    QTest::newRow("in far pieces") << QStringList{"--fragment", "4,60"} << "0,1";
+    QTest::newRow("one character first") << QStringList{"--fragment", "1,60"} << "";
+}
+
+void test_serial_instrument::paced_reply_is_read_wrongly()
+{
+    QFETCH(QStringList, pace);
+    QFETCH(QString, text);
+    std::string out = "before";
+    QVERIFY(!command.send_command("ROUTes?") && !command.query("ROUTes?", out));
+    plug(pace);
+    QVERIFY(command.serial_open("ttyACM44") && command.serial_open("another"));
+    QVERIFY(!command.read_reply(out));
+    QCOMPARE(command.query("ROUTes?", out), text != "before");
+    QCOMPARE(QString::fromStdString(out), text);
+}
+
+void test_serial_instrument::lost_line_hangs_or_cannot_be_opened_again()
+{
+    plug();
+    window_driver_t driver;
+    QVERIFY(driver.click("Rescan") && driver.click("A"));
+    unplug();
+    QElapsedTimer lost;
+    lost.start();
+    QVERIFY(driver.click("3") && driver.click("Reset"));
+    // Left open, the line would keep a core busy.
+    QTRY_VERIFY(!command.send_command("*CLS"));
+    QVERIFY(driver.click("Rescan"));
+    // That would be a dozen queries of 200 ms at most, but a line that is gone is not waited for.
+    QVERIFY2(lost.elapsed() < 2400, qPrintable(QString::number(lost.elapsed())));
+    QCOMPARE(driver.lit_ports(), QStringList());
+    QCOMPARE(driver.devices(), QStringList("ttyACM44"));
+    QCOMPARE(driver.take_boxes(), QStringList());
+
+    plug();
+    QVERIFY(driver.click("Rescan"));
+    QCOMPARE(driver.lit_ports(), QStringList({"B", "C", "14", "9"}));
+    // Now the line goes while a reply is awaited, and comes back.
+    std::string out = "before";
+    QVERIFY(command.send_command("REBOOT") && !command.query("ROUTes?", out));
+    QTRY_VERIFY(sim.canReadLine());
+    QVERIFY(driver.click("Rescan") && driver.click("D") && driver.click("24"));
+    QCOMPARE(driver.lit_ports(), QStringList({"D", "24"}));
+}
+
+CORVANE_GUI_TEST_MAIN(test_serial_instrument)
+#include "test_serial_instrument.moc"
