@@ -27,7 +27,7 @@ void require(int result, const char *what)
 
 /// A function of the control interface, under the name by which the library exports it. The
 /// declaration gives its type; it is never linked.
-#define CONTROL(name) reinterpret_cast<decltype(&name)>(resolved(library, #name))
+#define CONTROL(name) reinterpret_cast<decltype(&(name))>(resolved(library, #name))
 
 namespace {
 
