@@ -41,7 +41,7 @@ long peak_memory_kib()
 QString write_package(const package_folder_t &folder, quint32 image_bytes)
 {
     const quint32 begin = upgrade_header_bytes + segment_record_bytes;
-    const QString path =
+    QString path =
         folder.write(QStringLiteral("image.ADS"), package_header(44, begin + image_bytes) +
                                                       segment_record(3, begin, image_bytes));
     QFile file(path);

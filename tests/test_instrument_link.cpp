@@ -5,7 +5,9 @@
 
 #include <QtTest/QTest>
 
+#include <array>
 #include <functional>
+#include <future>
 
 namespace {
 
@@ -41,6 +43,7 @@ private slots:
     void replies_lose_exactly_one_character_data();
     void replies_lose_exactly_one_character();
     void failed_read_counts_as_answer();
+    void queries_of_two_threads_mix_up();
     void closed_link_mode_sends_nothing_unless_forced();
     void short_upgrade_identity_keeps_the_rest();
     void short_route_reply_means_not_routed();
@@ -192,6 +195,22 @@ void test_instrument_link::failed_read_counts_as_answer()
     simulator.fail_call(CORVANE_SIM_READ, 1, simulator_t::vi_error_tmo);
     QVERIFY(!command().query("*IDN?", out));
     QCOMPARE(out, std::string("before"));
+}
+
+void test_instrument_link::queries_of_two_threads_mix_up()
+{
+    const auto ask = [](const char *text, const QByteArray &reply) {
+        QByteArrayList replies;
+        for (int count = 0; count < 10; ++count) {
+            std::array<char, 80> buffer{};
+            device().link_query(text, buffer.data(), buffer.size());
+            replies.append(buffer.data());
+        }
+        return replies.count(reply);
+    };
+    auto other = std::async(std::launch::async, ask, "*OPC?", QByteArray("1\n"));
+    QCOMPARE(ask("ROUTes?", "0,0,0,0\n"), 10);
+    QCOMPARE(other.get(), 10);
 }
 
 void test_instrument_link::closed_link_mode_sends_nothing_unless_forced()

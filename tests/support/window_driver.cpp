@@ -130,7 +130,7 @@ bool window_driver_t::connect_usb(const QString &serial)
 QString window_driver_t::panel() const
 {
     for (const QFrame *const frame : visible_children<QFrame>(window)) {
-        const QString name = frame->metaObject()->className();
+        QString name = frame->metaObject()->className();
         if (dynamic_cast<const port_control_t *>(frame) != nullptr ||
             qobject_cast<const ui_empty_widget_t *>(frame) != nullptr)
             return name;
