@@ -118,8 +118,12 @@ void session_player_t::use_dialog(const QString &menu_entry, const QStringList &
 void session_player_t::use_about_box()
 {
     driver->choose(QStringLiteral("Help"), QStringLiteral("About"));
-    if (QWidget *const box = QApplication::activeModalWidget())
-        box->close();
+    QWidget *const box = QApplication::activeModalWidget();
+    if (box == nullptr)
+        return;
+    box->close();
+    // The program keeps its boxes until its end, which is thousands of sessions away.
+    box->deleteLater();
 }
 
 void session_player_t::use_upgrade_dialog()
