@@ -42,26 +42,10 @@ class test_address_editor : public QObject
     Q_OBJECT
 
 private slots:
-    void invalid_address_changes_the_field();
     void key_is_lost_or_lands_in_the_wrong_octet_data();
     void key_is_lost_or_lands_in_the_wrong_octet();
     void clipboard_means_one_octet_or_a_cut_text();
 };
-
-void test_address_editor::invalid_address_changes_the_field()
-{
-    QIPLineEdit field;
-    QCOMPARE(field.text(), QStringLiteral("..."));
-    for (const char *valid : {"0.0.0.0", "255.255.255.255", "192.168.001.010"}) {
-        field.setText(QLatin1String(valid));
-        QCOMPARE(field.text(), QLatin1String(valid));
-    }
-    for (const char *invalid : {"256.1.1.1", "1.1.1.260", "1.2.3", "1.2.3.4.5", "1..2.3", "...",
-                                "0001.1.1.1", " 1.2.3.4", "1.2.3.4\n", ""}) {
-        field.setText(QLatin1String(invalid));
-        QVERIFY2(field.text() == QLatin1String("192.168.001.010"), invalid);
-    }
-}
 
 void test_address_editor::key_is_lost_or_lands_in_the_wrong_octet_data()
 {

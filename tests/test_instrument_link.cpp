@@ -36,7 +36,6 @@ private slots:
     void init();
     void failed_lan_connect_keeps_the_old_link();
     void resource_name_is_remembered_for_lan_only();
-    void failed_close_keeps_the_session();
     void operations_send_exact_texts_data();
     void operations_send_exact_texts();
     void lan_apply_stops_at_the_first_failure();
@@ -45,8 +44,6 @@ private slots:
     void failed_read_counts_as_answer();
     void queries_of_two_threads_mix_up();
     void closed_link_mode_sends_nothing_unless_forced();
-    void short_upgrade_identity_keeps_the_rest();
-    void short_route_reply_means_not_routed();
 
 private:
     simulator_t simulator;
@@ -88,16 +85,6 @@ void test_instrument_link::resource_name_is_remembered_for_lan_only()
     QCOMPARE(name, std::string("before"));
     QVERIFY(!device().usb_connect_resource("USB0::0xA17E::0x2000::NONE::INSTR"));
     QVERIFY(!device().link_write("*RST", 4));
-}
-
-void test_instrument_link::failed_close_keeps_the_session()
-{
-    simulator.fail_call(CORVANE_SIM_CLOSE);
-    QVERIFY(!device().link_disconnect());
-    std::string name;
-    QVERIFY(device().link_resource_name(name));
-    QCOMPARE(name, std::string(lan_resource));
-    QVERIFY(device().link_opc_wait());
 }
 
 void test_instrument_link::operations_send_exact_texts_data()
@@ -223,33 +210,6 @@ void test_instrument_link::closed_link_mode_sends_nothing_unless_forced()
     QCOMPARE(simulator.take_texts(), QByteArrayList());
     QVERIFY(command().query("*IDN?", out, true));
     QCOMPARE(simulator.take_texts(), QByteArrayList{"*IDN?"});
-}
-
-void test_instrument_link::short_upgrade_identity_keeps_the_rest()
-{
-    upgrade_id_t record{7, 7, 7, 7};
-    simulator.script_reply("UPGRADE:ID?", "44,-3\n", 1);
-    QVERIFY(command().upgrade_id_read(record));
-    QCOMPARE((std::vector<int>{record.id, record.lowest, record.highest, record.exact}),
-             (std::vector<int>{44, -3, 7, 7}));
-    simulator.script_reply("UPGRADE:ID?", "1, 2,x,99999999999999999999,5\n", 1);
-    QVERIFY(command().upgrade_id_read(record));
-    QCOMPARE((std::vector<int>{record.id, record.lowest, record.highest}),
-             (std::vector<int>{1, 2, 0}));
-}
-
-void test_instrument_link::short_route_reply_means_not_routed()
-{
-    std::string label = "before";
-    simulator.script_reply("ROUTes?", "3,14,9,10\n", 1);
-    QVERIFY(command().route_of("C", label));
-    QCOMPARE(label, std::string("9"));
-    simulator.script_reply("ROUTes?", "3,14\n", 1);
-    QVERIFY(command().route_of_ab("C", label));
-    QCOMPARE(label, std::string("9"));
-    simulator.script_reply("ROUTes?", "3,14\n", 1);
-    QVERIFY(command().route_of("C", label));
-    QCOMPARE(label, std::string());
 }
 
 QTEST_GUILESS_MAIN(test_instrument_link)

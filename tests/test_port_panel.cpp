@@ -65,7 +65,6 @@ private slots:
     void refused_route_does_not_light_up();
     void pick_survives_reset();
     void routes_of_another_product_do_not_show();
-    void unplugged_instrument_leaves_the_panel_usable();
     void keyboard_routes_a_port();
 
 private:
@@ -321,25 +320,6 @@ void test_port_panel::routes_of_another_product_do_not_show()
     QCOMPARE(driver.lit_ports(), QStringList({"B", "9"}));
     QVERIFY(driver.connect_usb("SN24"));
     QCOMPARE(driver.lit_ports(), QStringList());
-}
-
-void test_port_panel::unplugged_instrument_leaves_the_panel_usable()
-{
-    window_driver_t driver;
-    QVERIFY(driver.connect_usb("SN44"));
-    const QByteArray resource = driver.devices().first().toLatin1();
-    // In the middle of the refresh that follows a route.
-    simulator.unplug_at_call(CORVANE_SIM_READ, 2);
-    QVERIFY(driver.click("A") && driver.click("3"));
-    QCOMPARE(driver.disabled_ports(), QStringList());
-    QVERIFY(driver.click("Reset"));
-    QCOMPARE(driver.lit_ports(), QStringList());
-
-    simulator.plug(resource);
-    QVERIFY(driver.connect_usb("SN44"));
-    QVERIFY(driver.click("Reset"));
-    QVERIFY(driver.click("A") && driver.click("3"));
-    QCOMPARE(driver.lit_ports(), QStringList({"A", "3"}));
 }
 
 void test_port_panel::keyboard_routes_a_port()

@@ -1,14 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "sim/fleet.h"
-#include "sim/fleet_json.h"
 #include "sim/sim_instrument.h"
 
 #include <QtTest/QTest>
 
-#include <random>
 #include <string>
 #include <utility>
-#include <vector>
 
 namespace {
 
@@ -44,13 +40,6 @@ std::string block_of(const std::string &bytes)
     return block;
 }
 
-// Bytes that a text parser would stumble over.
-std::string binary_bytes(std::size_t count)
-{
-    const QByteArray pattern("\x00;\n\r,\"\x80 *IDN?", 13);
-    return pattern.repeated(1000).toStdString().substr(0, count);
-}
-
 struct reply_t
 {
     const char *messages; // separated by |
@@ -69,14 +58,7 @@ private slots:
     void command_gets_its_exact_reply_and_errors();
     void refused_message_changes_nothing();
     void vna_port_reaches_its_blocks_only();
-    void full_error_queue_reports_its_overflow();
-    void image_arrives_without_its_padding();
     void bad_transfer_is_refused_and_not_ready();
-    void parameters_keep_their_raw_bytes();
-    void foreign_instrument_knows_common_commands_only();
-    void bad_fleet_names_the_place();
-    void default_fleet_is_the_documented_one();
-    void any_bytes_get_a_terminated_reply_or_an_error();
 };
 
 void test_sim_instrument::command_gets_its_exact_reply_and_errors_data()
@@ -199,32 +181,6 @@ void test_sim_instrument::vna_port_reaches_its_blocks_only()
     }
 }
 
-void test_sim_instrument::full_error_queue_reports_its_overflow()
-{
-    sim::sim_instrument_t instrument(config_of(44));
-    for (int error = 0; error < 25; ++error)
-        instrument.receive("FOO");
-    QCOMPARE(errors_of(instrument), QByteArray("-113 ").repeated(19) + "-350");
-}
-
-void test_sim_instrument::image_arrives_without_its_padding()
-{
-    for (const std::size_t bytes : {1, 2048, 2049, 10000}) {
-        const std::string image = binary_bytes(bytes);
-        sim::sim_instrument_t instrument(config_of(44));
-        instrument.receive(std::string("REBOOT 1\0", 9));
-        instrument.receive("HOSTUG " + std::to_string(bytes));
-        for (std::size_t start = 0; start < bytes; start += 2048) {
-            QCOMPARE(answer(instrument, "UPREADY?"), "1\n");
-            QCOMPARE(answer(instrument, block_of(image.substr(start, 2048))), "nothing");
-        }
-        QCOMPARE(errors_of(instrument), QByteArray());
-        const auto &images = instrument.inspect().firmware.images();
-        QCOMPARE(images.size(), std::size_t{1});
-        QVERIFY(images[0].kind == sim::image_kind_t::host && images[0].bytes == image);
-    }
-}
-
 void test_sim_instrument::bad_transfer_is_refused_and_not_ready()
 {
     const QByteArray block = QByteArray::fromStdString(block_of("x"));
@@ -244,90 +200,6 @@ void test_sim_instrument::bad_transfer_is_refused_and_not_ready()
         QCOMPARE(answer(instrument, "UPREADY?"), "0\n");
         instrument.receive("BOOTUG 5");
         QCOMPARE(answer(instrument, "UPREADY?"), "1\n");
-    }
-}
-
-void test_sim_instrument::parameters_keep_their_raw_bytes()
-{
-    sim::sim_instrument_t instrument(config_of(44));
-    const std::string payload = binary_bytes(40);
-    const std::vector<std::string> names{"PRODUCTUG", "MANUFTRUG", "PIDUG", "VIDUG",
-                                         "PRODUCTUG:ID"};
-    for (const std::string &name : names)
-        instrument.receive(std::string("SYSTem:DEVice:").append(name).append(" ").append(payload));
-    const auto &parameters = instrument.inspect().firmware.parameters();
-    QCOMPARE(parameters.size(), names.size());
-    for (std::size_t index = 0; index < names.size(); ++index) {
-        QCOMPARE(parameters[index].name, names[index]);
-        QCOMPARE(parameters[index].bytes, payload);
-    }
-}
-
-void test_sim_instrument::foreign_instrument_knows_common_commands_only()
-{
-    sim::instrument_config_t config;
-    config.foreign_identity = "MAKER,FG,1,2";
-    sim::sim_instrument_t instrument(config);
-    QCOMPARE(answer(instrument, "*IDN?;*OPC?"), "MAKER,FG,1,2;1\n");
-    for (const char *message : {"ROUTes?", "REBOOT", "SYSTem:DEVice:PIDUG 1"})
-        QVERIFY(instrument.receive(message).effect == instrument_effect_t::none);
-    QCOMPARE(errors_of(instrument), "-113 -113 -113");
-}
-
-void test_sim_instrument::bad_fleet_names_the_place()
-{
-    const std::string start = R"({"instruments":[{"product":44,"serial":"S","resources":["R"],)";
-    const std::pair<std::string, const char *> rows[] = {
-        {"{", "parse error"},
-        {R"({"reboot":1})", "fleet.reboot: "},
-        {R"({"instruments":[{"product":44,"serial":"S"}]})", "fleet.instruments[0]: "},
-        {start + R"("product":43}]})", "[0].product: "},
-        {start + R"("routes":{"A":1,"B":1}}]})", "[0].routes.B: Settings conflict"},
-        {start + R"("lan":{"ip":"1.2.3"}}]})", "[0].lan.ip: "}};
-    for (const auto &[json, place] : rows) {
-        try {
-            sim::parse_fleet(json);
-            QFAIL(json.c_str());
-        } catch (const sim::fleet_error_t &error) {
-            QVERIFY2(QByteArray(error.what()).contains(place), error.what());
-        }
-    }
-}
-
-void test_sim_instrument::default_fleet_is_the_documented_one()
-{
-    QByteArrayList lines;
-    for (const auto &entry : sim::default_fleet().instruments) {
-        sim::sim_instrument_t instrument(entry.config);
-        lines.append(QByteArray::fromStdString(entry.resources.at(0)) + " " +
-                     answer(instrument, "*IDN?;:ROUTes?").trimmed());
-    }
-    QCOMPARE(lines.size(), 8);
-    for (const char *line :
-         {"USB0::0xA17E::0x2000::SN44001::INSTR TMX,TMX5044,SN44001,1.0.0;0,14,9,0",
-          "USB0::0x0A11::0x0588::FG1014::INSTR ORBITAL TEST,FG1014,FG1014000271,2.07",
-          "TCPIP0::127.0.0.2::INSTR TMX,TMX5024,SN24002,1.0.0;0,0"})
-        QVERIFY2(lines.contains(line), line);
-}
-
-void test_sim_instrument::any_bytes_get_a_terminated_reply_or_an_error()
-{
-    sim::sim_instrument_t instrument(config_of(44));
-    std::minstd_rand random(7);
-    const std::vector<std::string> pieces{"ADD:ROUTe", "ROUTes?", "*IDN?", ";",  ":", " ",
-                                          "A13",       ",",       "\xFF",  "\n", "?", "UPGRADE ",
-                                          "BOOTUG 9",  "SYST",    ":ERR?", "[",  "]"};
-    for (int round = 0; round < 20000; ++round) {
-        std::string message;
-        for (auto count = random() % 6; count > 0; --count)
-            message += pieces[random() % pieces.size()];
-        instrument.receive("*CLS");
-        const auto outcome = instrument.receive(message);
-        const bool terminated =
-            outcome.reply && outcome.reply->find('\n') == outcome.reply->size() - 1;
-        const bool refused = !outcome.reply && !instrument.inspect().errors.empty();
-        const bool no_query = message.find('?') == std::string::npos && !outcome.reply;
-        QVERIFY2(terminated || refused || no_query, message.c_str());
     }
 }
 

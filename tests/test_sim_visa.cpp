@@ -77,20 +77,12 @@ private slots:
     void initTestCase();
     void init();
     void search_matches_as_visa_defines();
-    void found_names_come_one_by_one();
-    void every_spelling_opens_the_same_resource();
     void read_hands_out_the_reply_in_pieces();
     void unread_reply_stays_until_interrupted_or_cleared();
     void read_ends_at_the_time_out();
     void wrong_object_or_null_gives_a_status();
     void unplugging_ends_a_waiting_read();
-    void reboot_kills_all_sessions_and_comes_back();
     void fault_hits_the_call_it_is_meant_for();
-    void faulty_call_counts_for_its_resource_only();
-    void scripted_reply_replaces_the_instrument();
-    void log_holds_the_exact_bytes();
-    void image_reaches_the_test_byte_for_byte();
-    void bad_fleet_leaves_the_old_one();
     void threads_use_their_sessions_at_once();
 
 private:
@@ -132,34 +124,6 @@ void test_sim_visa::search_matches_as_visa_defines()
     for (const char *bad :
          {"", "*", "USB[", "USB[]", "USB(", "USB)", "a||b", "USB[9-0]", "USB\\", "USB**"})
         QVERIFY2(viFindRsrc(manager, bad, nullptr, nullptr, name) == error_invalid_expression, bad);
-}
-
-void test_sim_visa::found_names_come_one_by_one()
-{
-    ViFindList list = null_object;
-    char name[find_buffer_bytes] = "";
-    QCOMPARE(viFindRsrc(manager, "USB?*INSTR", &list, nullptr, name), success);
-    QCOMPARE(name, usb);
-    QCOMPARE(viFindNext(list, name), success);
-    QCOMPARE(name, slow);
-    QCOMPARE(viFindNext(list, name), success);
-    QCOMPARE(viFindNext(list, name), error_resource_not_found);
-    QCOMPARE(viClose(list), success);
-}
-
-void test_sim_visa::every_spelling_opens_the_same_resource()
-{
-    for (const char *name : {"USB::0xa17e::0x2000::s44::instr", "USB0::41342::8192::S44::0::INSTR",
-                             "tcpip::127.0.0.1::inst0::INSTR", "TCPIP::127.0.0.1"})
-        QVERIFY2(query(opened(name), "*IDN?") == identity, name);
-    ViSession session = 77;
-    for (const char *name : {"USB1::0xA17E::0x2000::S44::INSTR", "USB0::0xA17E::0x2000::S44::1",
-                             "TCPIP0::127.0.0.9::INSTR", "GPIB0::5::INSTR"})
-        QVERIFY2(viOpen(manager, name, 0, 200, &session) == error_resource_not_found, name);
-    for (const char *name :
-         {"", "USB0::0xA17E::S44::INSTR", "TCPIP0::::INSTR", "USB0::0xG17E::0x2000::S44::INSTR"})
-        QVERIFY2(viOpen(manager, name, 0, 200, &session) == error_invalid_resource_name, name);
-    QCOMPARE(session, null_object);
 }
 
 void test_sim_visa::read_hands_out_the_reply_in_pieces()
@@ -231,19 +195,6 @@ void test_sim_visa::unplugging_ends_a_waiting_read()
     QCOMPARE(query(opened(usb), "*IDN?"), identity);
 }
 
-void test_sim_visa::reboot_kills_all_sessions_and_comes_back()
-{
-    const ViSession session = opened(usb);
-    const ViSession other = opened(lan);
-    QCOMPARE(write(session, QByteArray("REBOOT 1\0", 9)), success);
-    QCOMPARE(corvane_sim_is_present(usb), 0);
-    QCOMPARE(opened(lan), null_object);
-    QCOMPARE(read(session).first, error_connection_lost);
-    QCOMPARE(write(other, "*IDN?"), error_connection_lost);
-    QTRY_COMPARE(corvane_sim_is_present(lan), 1);
-    QCOMPARE(query(opened(usb), "ROUTes?"), QByteArray());
-}
-
 void test_sim_visa::fault_hits_the_call_it_is_meant_for()
 {
     const auto to_write = CORVANE_SIM_WRITE;
@@ -269,81 +220,6 @@ void test_sim_visa::fault_hits_the_call_it_is_meant_for()
         QVERIFY2(read(session) == std::make_pair(row.status, row.reply), row.name);
         QVERIFY2(query(session, "*IDN?") == identity, row.name);
     }
-}
-
-void test_sim_visa::faulty_call_counts_for_its_resource_only()
-{
-    const ViSession session = opened(usb);
-    const ViSession other = opened(lan);
-    const auto kind = CORVANE_SIM_FAULT_STATUS;
-    const corvane_sim_fault_t planned{kind, CORVANE_SIM_ANY_ENTRY, 2,       usb,
-                                      1,    error_system,          nullptr, 0};
-    QCOMPARE(corvane_sim_add_fault(&planned), 0);
-    QCOMPARE(query(other, "*IDN?"), identity);
-    QCOMPARE(write(session, "*IDN?"), success);
-    QCOMPARE(read(session).first, error_system);
-    QCOMPARE(read(session).first, error_system); // sticky
-    QCOMPARE(query(other, "*IDN?"), identity);
-    corvane_sim_clear_faults();
-    QCOMPARE(read(session).second, identity);
-}
-
-void test_sim_visa::scripted_reply_replaces_the_instrument()
-{
-    const ViSession session = opened(usb);
-    QCOMPARE(corvane_sim_script_reply(nullptr, "ROUTes?", 7, "x\0y", 3, -1), 0);
-    QCOMPARE(corvane_sim_script_reply(usb, "ROUTes?", 7, "", 0, 1), 0);
-    write(session, "ROUTes?");
-    QCOMPARE(read(session), std::make_pair(success, QByteArray()));
-    QCOMPARE(query(session, "ROUTes?"), QByteArray("x\0y", 3));
-    corvane_sim_clear_scripts();
-    QCOMPARE(query(session, "ROUTes?"), QByteArray("0,0,0,0\n"));
-}
-
-void test_sim_visa::log_holds_the_exact_bytes()
-{
-    char name[find_buffer_bytes] = "";
-    QByteArray bytes(12, '#');
-    write(opened(lan), "*IDN?");
-    write(opened(usb), QByteArray("UPGRADE \0;\n\xFF", 12));
-    write(null_object, "never arrives");
-    QCOMPARE(corvane_sim_log_count(), size_t{2});
-    QCOMPARE(corvane_sim_log_entry(1, name, nullptr, bytes.data(), 12), size_t{12});
-    QCOMPARE(bytes, QByteArray("UPGRADE \0;\n\xFF", 12));
-    QCOMPARE(name, usb);
-    QCOMPARE(corvane_sim_call_count(CORVANE_SIM_WRITE), std::uint64_t{3});
-}
-
-void test_sim_visa::image_reaches_the_test_byte_for_byte()
-{
-    const ViSession session = opened(usb);
-    QCOMPARE(corvane_sim_upgrade_misbehave(usb, 1, 1, 0, 2), 0);
-    const QByteArray block = QByteArray("\0;\n\xFF", 4).repeated(512);
-    write(session, "SYSTem:DEVice:PIDUG \x01;");
-    write(session, "BOOTUG 3000");
-    write(session, "UPGRADE " + block);
-    QCOMPARE(query(session, "UPREADY?;UPREADY?"), QByteArray("0;1\n"));
-    QCOMPARE(write(session, "UPGRADE " + block), success);
-    QCOMPARE(read(session).first, error_connection_lost);
-
-    QByteArray bytes(2048, '#');
-    QCOMPARE(corvane_sim_image(lan, 0, nullptr, nullptr, bytes.data(), 2048), size_t{2048});
-    QCOMPARE(bytes, block);
-    char name[32] = "";
-    char payload[2] = "";
-    QCOMPARE(corvane_sim_parameter(usb, 0, name, payload, sizeof payload), size_t{2});
-    QCOMPARE(QByteArray(name) + QByteArray(payload, 2), QByteArray("PIDUG\x01;"));
-}
-
-void test_sim_visa::bad_fleet_leaves_the_old_one()
-{
-    const ViSession session = opened(usb);
-    const char *const json = R"({"instruments": [{"identity": "a", "resources": ["COM1"]}]})";
-    QCOMPARE(corvane_sim_load_fleet(json), -1);
-    char reason[200] = "";
-    QVERIFY(corvane_sim_last_error(reason, sizeof reason) > 0);
-    QVERIFY2(QByteArray(reason).contains("COM1"), reason);
-    QCOMPARE(query(session, "*IDN?"), identity);
 }
 
 void test_sim_visa::threads_use_their_sessions_at_once()

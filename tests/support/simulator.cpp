@@ -92,19 +92,9 @@ void simulator_t::fail_call(corvane_sim_entry entry, unsigned nth, int status)
     add_fault({CORVANE_SIM_FAULT_STATUS, entry, nth, nullptr, 0, status, nullptr, 0});
 }
 
-void simulator_t::unplug_at_call(corvane_sim_entry entry, unsigned nth)
-{
-    add_fault({CORVANE_SIM_FAULT_UNPLUG, entry, nth, nullptr, 0, 0, nullptr, 0});
-}
-
 void simulator_t::add_fault(const corvane_sim_fault &fault)
 {
     require(CONTROL(corvane_sim_add_fault)(&fault), "a fault");
-}
-
-void simulator_t::plug(const QByteArray &resource)
-{
-    require(CONTROL(corvane_sim_plug)(resource.constData()), "to plug");
 }
 
 QList<QPair<int, QByteArray>> simulator_t::images(const QByteArray &resource)

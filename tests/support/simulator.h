@@ -33,10 +33,7 @@ public:
     void script_reply(const QByteArray &message, const QByteArray &bytes, int times = -1);
     /// Makes the n-th next call (from 1) of an entry point fail at once with a status.
     void fail_call(corvane_sim_entry entry, unsigned nth = 1, int status = vi_error_io);
-    /// Pulls the cable of the instrument in use at the n-th next call of an entry point.
-    void unplug_at_call(corvane_sim_entry entry, unsigned nth);
     void add_fault(const corvane_sim_fault &fault);
-    void plug(const QByteArray &resource);
     /// The firmware images received: kind (1 host, 3 boot) and bytes.
     QList<QPair<int, QByteArray>> images(const QByteArray &resource);
     /// The device parameters received: name and bytes.
