@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Puts arbitrary texts into the address editor-> It takes exactly the dotted quads of numbers up to
+// Puts arbitrary texts into the address editor. It takes exactly the dotted quads of numbers up to
 // 255 and shows them as they are written; any other text changes nothing.
 
 #include "ui/widget/q_ip_line_edit.h"

@@ -8,8 +8,6 @@
 
 namespace {
 
-using sim::instrument_effect_t;
-
 sim::instrument_config_t config_of(int product)
 {
     sim::instrument_config_t config;
