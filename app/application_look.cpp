@@ -6,6 +6,7 @@
 #include <QFontDatabase>
 #include <QIcon>
 #include <QPalette>
+#include <QResource>
 #include <QStringList>
 #include <QToolTip>
 
@@ -36,10 +37,11 @@ QString read_style_sheets(const QStringList &paths)
     return sheet;
 }
 
+/// The font is used where it lies in the program, not from copies that Qt would keep of a file.
 /// Only the family is set: sizes are the style sheet's business.
 void apply_font(const QString &path)
 {
-    const int id = QFontDatabase::addApplicationFont(path);
+    const int id = QFontDatabase::addApplicationFontFromData(QResource(path).uncompressedData());
     const QStringList families = QFontDatabase::applicationFontFamilies(id);
     if (families.isEmpty())
         return;

@@ -2,6 +2,7 @@
 #include "ui/port_control.h"
 
 #include "drv/drv_command.h"
+#include "ui/port_group.h"
 #include "ui/widget/ui_push_button.h"
 #include "ui/widget/ui_tool_button.h"
 
@@ -89,6 +90,15 @@ port_control_t::port_control_t(const port_layout_t &layout, QWidget *parent)
     rows->addLayout(test_layout);
 }
 
+/// The picture is decoded when the panel is first seen, for most panels never are.
+void port_control_t::showEvent(QShowEvent *event)
+{
+    if (styleSheet().isEmpty())
+        set_panel_picture(this, QStringLiteral("portControlWidget"),
+                          QStringLiteral(":/image/panel.png"));
+    QFrame::showEvent(event);
+}
+
 void port_control_t::connect_slots()
 {
     connect(reset_btn, SIGNAL(clicked(bool)), this, SLOT(reset_btn_slot()));
@@ -128,7 +138,7 @@ QGroupBox *port_control_t::build_block(int first_port)
     ports->setSpacing(port_spacing);
     for (int port = first_port; port < first_port + ports_per_block; ++port) {
         const QString label = QString::number(port);
-        auto *const button = new QToolButton(this);
+        auto *const button = new QToolButton(box);
         set_up_port_button(button, label, tr("Test port %1").arg(label));
         test_buttons.insert(label, button);
         test_group.addButton(button, -1);

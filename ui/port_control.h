@@ -48,6 +48,8 @@ protected:
     void click_test_port(QAbstractButton *button);
     void refresh();
 
+    void showEvent(QShowEvent *event) override;
+
 private:
     void build_vna_buttons();
     void build_test_blocks();

@@ -11,22 +11,15 @@ class port_control_t;
 class port_frame_t : public QFrame
 {
 public:
-    /// The front panel in the frame, which owns it.
-    port_control_t *control_widget() const noexcept;
+    /// The front panel in the frame, which owns it; the first call makes it.
+    port_control_t *control_widget();
 
 protected:
     explicit port_frame_t(QWidget *parent);
 
-    /// Puts the panel on its picture and into the frame.
-    void set_control_widget(port_control_t *control);
-
 private:
+    virtual port_control_t *make_control(QWidget *parent) const = 0;
+
+    QGroupBox *group;
     port_control_t *control = nullptr;
 };
-
-/// Makes `picture` the border image of `widget`, which gets the object name, so that no widget
-/// inside inherits it.
-void set_panel_picture(QWidget *widget, const QString &object_name, const QString &picture);
-
-/// A group box titled "PORT" around a panel; it has no parent yet.
-QGroupBox *build_port_group(QWidget *panel);

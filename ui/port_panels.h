@@ -29,9 +29,12 @@
     {                                                                                              \
         Q_OBJECT                                                                                   \
     public:                                                                                        \
-        explicit class_name(QWidget *parent) : port_frame_t(parent)                                \
+        explicit class_name(QWidget *parent) : port_frame_t(parent) {}                             \
+                                                                                                   \
+    private:                                                                                       \
+        port_control_t *make_control(QWidget *parent) const override                               \
         {                                                                                          \
-            set_control_widget(new control_class_name(this));                                      \
+            return new control_class_name(parent);                                                 \
         }                                                                                          \
     };
 

@@ -52,17 +52,21 @@ QString identity_line(const device_info_t &info)
                                   ",Version:" + info.software_version);
 }
 
-/// A group box of the fixed width with an entry that takes the room and a button.
-QGroupBox *build_group(const QString &title, QWidget *entry, ui_push_button_t *button)
+QGroupBox *build_group(const QString &title, QWidget *parent)
+{
+    auto *const group = new QGroupBox(title, parent);
+    group->setFixedWidth(group_width);
+    return group;
+}
+
+/// Fills a group with an entry that takes the room and a button.
+void fill_group(QGroupBox *group, QWidget *entry, ui_push_button_t *button)
 {
     entry->setFixedHeight(control_height);
     button->setFixedSize(button_width, control_height);
-    auto *const group = new QGroupBox(title);
-    group->setFixedWidth(group_width);
     auto *const row = new QHBoxLayout(group);
     row->addWidget(entry);
     row->addWidget(button);
-    return group;
 }
 
 } // namespace
@@ -82,20 +86,22 @@ ui_connect_widget_t::ui_connect_widget_t(QWidget *parent) : QFrame(parent)
 
 void ui_connect_widget_t::build_usb_group()
 {
-    device_list = new ui_combo_box_t(this);
+    usb_group = build_group(tr("Use USB"), this);
+    device_list = new ui_combo_box_t(usb_group);
     device_list->setAccessibleName(tr("Instruments"));
-    rescan_btn = new ui_push_button_t(this);
+    rescan_btn = new ui_push_button_t(usb_group);
     rescan_btn->setText(tr("Rescan"));
-    usb_group = build_group(tr("Use USB"), device_list, rescan_btn);
+    fill_group(usb_group, device_list, rescan_btn);
 }
 
 void ui_connect_widget_t::build_lan_group()
 {
-    ip_edit = new QIPLineEdit(this);
+    lan_group = build_group(tr("Use LAN"), this);
+    ip_edit = new QIPLineEdit(lan_group);
     ip_edit->setAccessibleName(tr("IP address"));
-    apply_btn = new ui_push_button_t(this);
+    apply_btn = new ui_push_button_t(lan_group);
     apply_btn->setText(tr("Apply"));
-    lan_group = build_group(tr("Use LAN"), ip_edit, apply_btn);
+    fill_group(lan_group, ip_edit, apply_btn);
 }
 
 QBoxLayout *ui_connect_widget_t::build_status_row()

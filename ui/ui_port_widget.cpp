@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/ui_port_widget.h"
 
-#include "ui/port_frame.h"
+#include "ui/port_group.h"
 #include "ui/ui_empty_widget.h"
 
 #include <QGroupBox>
@@ -16,12 +16,14 @@ constexpr int panel_height = 205;
 
 ui_port_widget_t::ui_port_widget_t(QWidget *parent) : QFrame(parent)
 {
-    auto *const panel = new ui_empty_widget_t(this);
+    QGroupBox *const group = build_port_group(this);
+    auto *const panel = new ui_empty_widget_t(group);
     set_panel_picture(panel, QStringLiteral("emptyWidget"), QStringLiteral(":/image/panel_1.png"));
     panel->setFixedSize(panel_width, panel_height);
+    group->layout()->addWidget(panel);
 
     auto *const frame_layout = new QHBoxLayout(this);
     frame_layout->setContentsMargins(0, 0, 0, 0);
-    frame_layout->addWidget(build_port_group(panel));
+    frame_layout->addWidget(group);
     frame_layout->addStretch(1);
 }

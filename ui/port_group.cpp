@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+#include "ui/port_group.h"
+
+#include <QCoreApplication>
+#include <QGroupBox>
+#include <QVBoxLayout>
+
+namespace {
+
+constexpr int group_margin = 6;
+
+} // namespace
+
+QGroupBox *build_port_group(QWidget *frame)
+{
+    auto *const group = new QGroupBox(QCoreApplication::translate("port_frame_t", "PORT"), frame);
+    auto *const group_layout = new QVBoxLayout(group);
+    group_layout->setContentsMargins(group_margin, group_margin, group_margin, group_margin);
+    return group;
+}
+
+void set_panel_picture(QWidget *widget, const QString &object_name, const QString &picture)
+{
+    widget->setObjectName(object_name);
+    widget->setStyleSheet(
+        QStringLiteral("%1#%2{border-image:url(%3)}")
+            .arg(QString::fromLatin1(widget->metaObject()->className()), object_name, picture));
+}
