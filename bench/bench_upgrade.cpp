@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
-// The transfer of one firmware image: its time beside the sum of the fixed pauses, and the memory
-// that it takes. bench_upgrade [MIB]; the image has one MiB unless said otherwise.
+// The transfer of a firmware image of so many MiB: its time beside the sum of the fixed pauses
+// (bench_upgrade time MIB), or the memory that it takes beside the size of the image (bench_upgrade
+// memory MIB).
 
+#include "bench/figures.h"
 #include "drv/drv_command.h"
 #include "drv/drv_device.h"
 #include "tests/support/package_folder.h"
@@ -16,8 +18,6 @@
 #include <QElapsedTimer>
 #include <QFile>
 
-#include <cstdio>
-
 namespace {
 
 constexpr int bytes_per_mib = 1024 * 1024;
@@ -25,17 +25,6 @@ constexpr int bytes_per_mib = 1024 * 1024;
 /// Takes everything and keeps nothing, so that what memory grows is the program's.
 constexpr const char *fleet = R"({"instruments": [
     {"identity": "TMX,BENCH,1,1", "resources": ["USB0::0xA17E::0x2000::BENCH::INSTR"]}]})";
-
-/// The peak resident memory of the process in KiB, as Linux tells it.
-long peak_memory_kib()
-{
-    QFile status(QStringLiteral("/proc/self/status"));
-    if (!status.open(QIODevice::ReadOnly))
-        return 0;
-    const QByteArray text = status.readAll();
-    const int place = text.indexOf("VmHWM:");
-    return text.mid(place + 6, 16).simplified().split(' ').first().toLong();
-}
 
 /// Writes a package piece by piece, for its size must not show in the memory.
 QString write_package(const package_folder_t &folder, quint32 image_bytes)
@@ -70,7 +59,10 @@ double pauses_ms(quint32 image_bytes)
 int main(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
-    const int mib = argc > 1 ? std::max(1, QByteArray(argv[1]).toInt()) : 1;
+    if (argc != 3)
+        qFatal("bench_upgrade time|memory MIB");
+    const bool time_wanted = QByteArray(argv[1]) == "time";
+    const int mib = std::max(1, QByteArray(argv[2]).toInt());
     const auto image_bytes = static_cast<quint32>(mib * bytes_per_mib);
     const package_folder_t folder;
     set_upgrade_file_name(to_package_name(write_package(folder, image_bytes)));
@@ -86,16 +78,19 @@ int main(int argc, char **argv)
         &thread, &upgrade_thread_t::send_upgrade_success, &thread, [&complete] { complete = true; },
         Qt::DirectConnection);
 
-    const long memory_before = peak_memory_kib();
+    const double memory_before = peak_memory_kib();
     QElapsedTimer timer;
     timer.start();
     thread.start();
     thread.wait();
     const double wall_ms = static_cast<double>(timer.nsecsElapsed()) / 1e6;
-    std::printf("%3d MiB: %s in %.0f ms, of which the pauses are %.0f ms when they are made; "
-                "ratio %.3f; peak memory %ld KiB, grown by %ld KiB\n",
-                mib, complete ? "complete" : "FAILED", wall_ms, pauses_ms(image_bytes),
-                wall_ms / pauses_ms(image_bytes), peak_memory_kib(),
-                peak_memory_kib() - memory_before);
-    return complete ? 0 : 1;
+    if (!complete)
+        qFatal("the transfer failed");
+    const std::string title = "upgrade, image of " + std::to_string(mib) + " MiB, ";
+    if (time_wanted)
+        print_figure({title + "against its pauses", "ms", wall_ms, pauses_ms(image_bytes), 1.02});
+    else
+        print_figure({title + "growth of memory", "KiB", peak_memory_kib() - memory_before,
+                      mib * 1024.0, 0});
+    return 0;
 }
