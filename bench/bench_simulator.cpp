@@ -96,9 +96,9 @@ double direct_rate(sim::sim_instrument_t &instrument)
 
 double median_of_runs(const std::function<double()> &measure)
 {
-    std::vector<double> values;
-    for (int run = 0; run < runs; ++run)
-        values.push_back(measure());
+    std::vector<double> values(runs);
+    for (double &value : values)
+        value = measure();
     return median(values);
 }
 
