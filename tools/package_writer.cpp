@@ -3,10 +3,10 @@
 
 #include "tools/text_mode.h"
 #include "upgrade/header_cipher.h"
+#include "upgrade/little_endian.h"
 
 #include <QFile>
 #include <QSaveFile>
-#include <QtEndian>
 
 #include <algorithm>
 #include <limits>
@@ -60,8 +60,8 @@ upgrade_header_t encipher_header(upgrade_header_t header)
 upgrade_header_t make_header(std::int32_t product_id, std::uint32_t end_offset)
 {
     upgrade_header_t header{};
-    qToLittleEndian<quint32>(end_offset, &header[header_layout::end_offset]);
-    qToLittleEndian<qint32>(product_id, &header[header_layout::product_id]);
+    write_little_endian<std::uint32_t>(end_offset, &header[header_layout::end_offset]);
+    write_little_endian<std::int32_t>(product_id, &header[header_layout::product_id]);
     std::copy(header_magic.begin(), header_magic.end(), &header[header_layout::magic]);
     return encipher_header(header);
 }
@@ -69,9 +69,9 @@ upgrade_header_t make_header(std::int32_t product_id, std::uint32_t end_offset)
 segment_record_buffer_t make_record(const segment_record_t &record)
 {
     segment_record_buffer_t buffer{};
-    qToLittleEndian<quint32>(record.type, buffer.data());
-    qToLittleEndian<quint32>(record.data_offset, &buffer[4]);
-    qToLittleEndian<quint32>(record.data_length, &buffer[8]);
+    write_little_endian<std::uint32_t>(record.type, buffer.data());
+    write_little_endian<std::uint32_t>(record.data_offset, &buffer[4]);
+    write_little_endian<std::uint32_t>(record.data_length, &buffer[8]);
     return buffer;
 }
 

@@ -2,8 +2,7 @@
 #include "upgrade/header_cipher.h"
 
 #include "upgrade/des_tables.h"
-
-#include <QtEndian>
+#include "upgrade/little_endian.h"
 
 #include <algorithm>
 #include <array>
@@ -39,7 +38,7 @@ bits_t shift_half_key(bits_t half, unsigned count)
 
 subkeys_t schedule(const std::uint8_t *key)
 {
-    const bits_t chosen = select_bits(key_choice_1, qFromLittleEndian<quint64>(key));
+    const bits_t chosen = select_bits(key_choice_1, read_little_endian<std::uint64_t>(key));
     bits_t c = chosen & half_key_mask;
     bits_t d = chosen >> 28;
     subkeys_t subkeys{};
@@ -58,7 +57,7 @@ bits_t substitute(const std::array<std::uint8_t, 64> &box, bits_t six)
     const bits_t row = 2 * (six & 1) + (six >> 5);
     const bits_t column =
         8 * ((six >> 1) & 1) + 4 * ((six >> 2) & 1) + 2 * ((six >> 3) & 1) + ((six >> 4) & 1);
-    return box[16 * row + column];
+    return box[static_cast<std::size_t>(16 * row + column)];
 }
 
 bits_t round_function(bits_t half, bits_t subkey)
@@ -99,12 +98,13 @@ bool des_crypt(std::uint8_t *output, const std::uint8_t *input, std::size_t leng
     const bool triple = key_length > block_bytes;
 
     for (std::size_t place = 0; place < length; place += block_bytes) {
-        bits_t block = crypt_block(qFromLittleEndian<quint64>(input + place), first, decipher);
+        bits_t block =
+            crypt_block(read_little_endian<std::uint64_t>(input + place), first, decipher);
         if (triple) {
             block = crypt_block(block, second, !decipher);
             block = crypt_block(block, first, decipher);
         }
-        qToLittleEndian<quint64>(block, output + place);
+        write_little_endian<std::uint64_t>(block, output + place);
     }
     return true;
 }

@@ -1,18 +1,18 @@
 // SPDX-License-Identifier: MIT
 #include "upgrade/package_format.h"
 
-#include <QtEndian>
+#include "upgrade/little_endian.h"
 
 #include <algorithm>
 
 std::uint32_t header_end_offset(const upgrade_header_t &header)
 {
-    return qFromLittleEndian<quint32>(header.data() + header_layout::end_offset);
+    return read_little_endian<std::uint32_t>(header.data() + header_layout::end_offset);
 }
 
 std::int32_t header_product_id(const upgrade_header_t &header)
 {
-    return qFromLittleEndian<qint32>(header.data() + header_layout::product_id);
+    return read_little_endian<std::int32_t>(header.data() + header_layout::product_id);
 }
 
 bool header_has_magic(const upgrade_header_t &header)
@@ -23,8 +23,9 @@ bool header_has_magic(const upgrade_header_t &header)
 
 segment_record_t parse_segment_record(const segment_record_buffer_t &buffer)
 {
-    return {qFromLittleEndian<quint32>(buffer.data()), qFromLittleEndian<quint32>(&buffer[4]),
-            qFromLittleEndian<quint32>(&buffer[8])};
+    return {read_little_endian<std::uint32_t>(buffer.data()),
+            read_little_endian<std::uint32_t>(&buffer[4]),
+            read_little_endian<std::uint32_t>(&buffer[8])};
 }
 
 const segment_kind_t *find_segment_kind(std::uint8_t type)
