@@ -2,16 +2,15 @@
 #include "sim/fleet_json.h"
 #include "sim/serial/device_link.h"
 #include "sim/serial/serial_instrument.h"
+#include "sim/serial/waiting.h"
 
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
-#include <csignal>
 #include <exception>
 #include <iostream>
 #include <stdexcept>
 #include <string>
-#include <unistd.h>
 #include <vector>
 
 namespace {
@@ -31,25 +30,6 @@ struct request_t
     std::string link;
     bool log = false;
 };
-
-/// A byte is written to the second end when the program is to stop.
-int stop_pipe[2];
-
-extern "C" void note_stop(int /*signal*/)
-{
-    // Nothing can be done about a failure here, and a full pipe says what is to be said already.
-    [[maybe_unused]] const ssize_t count = write(stop_pipe[1], "", 1);
-}
-
-void catch_signals()
-{
-    if (pipe(stop_pipe) != 0)
-        throw std::runtime_error("no pipe");
-    struct sigaction action = {};
-    action.sa_handler = note_stop;
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP})
-        sigaction(signal, &action, nullptr);
-}
 
 void add_options(CLI::App &app, request_t &request)
 {
@@ -119,8 +99,7 @@ void run(const request_t &request)
 {
     const fleet_t fleet = read_fleet(request.fleet);
     const fleet_instrument_t &chosen = choose(fleet, request);
-    catch_signals();
-    serial_instrument_t instrument(chosen.config, pace_of(request, chosen), stop_pipe[0],
+    serial_instrument_t instrument(chosen.config, pace_of(request, chosen), catch_stop_signals(),
                                    request.log ? &std::cerr : nullptr);
     while (serve_line(instrument, request.link) && instrument.pass(fleet.reboot_time)) {
     }

@@ -1,28 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "sim/serial/serial_instrument.h"
 
-#include <cerrno>
+#include "sim/serial/waiting.h"
+
 #include <ostream>
-#include <poll.h>
 
 namespace sim::serial {
-
-namespace {
-
-constexpr int forever = -1;
-
-/// True when one of the descriptors became readable in time.
-template <std::size_t count>
-bool wait_for(pollfd (&descriptors)[count], int timeout_ms)
-{
-    int ready = 0;
-    do
-        ready = poll(descriptors, count, timeout_ms);
-    while (ready < 0 && errno == EINTR);
-    return ready > 0;
-}
-
-} // namespace
 
 serial_instrument_t::serial_instrument_t(const instrument_config_t &config,
                                          const reply_pace_t &reply_pace, int stop_descriptor,
@@ -34,14 +17,14 @@ serial_instrument_t::serial_instrument_t(const instrument_config_t &config,
 instrument_effect_t serial_instrument_t::serve(pseudo_terminal_t &terminal)
 {
     message_splitter_t splitter;
-    pollfd descriptors[] = {{stop, POLLIN, 0}, {terminal.descriptor(), POLLIN, 0}};
     for (;;) {
-        const bool quiet = !wait_for(descriptors, splitter.empty() ? forever : quiet_gap_ms);
-        if (!quiet && descriptors[0].revents != 0)
+        const wake_t wake =
+            wait_for(stop, terminal.descriptor(), splitter.empty() ? forever_ms : quiet_gap_ms);
+        if (wake == wake_t::stop)
             return instrument_effect_t::none;
-        if (!quiet)
+        if (wake == wake_t::line)
             splitter.add(terminal.receive());
-        while (const auto message = splitter.take(quiet)) {
+        while (const auto message = splitter.take(wake == wake_t::timeout)) {
             const instrument_effect_t effect = answer(*message, terminal);
             if (effect != instrument_effect_t::none)
                 return effect;
@@ -51,8 +34,7 @@ instrument_effect_t serial_instrument_t::serve(pseudo_terminal_t &terminal)
 
 bool serial_instrument_t::pass(std::chrono::milliseconds time) const
 {
-    pollfd descriptors[] = {{stop, POLLIN, 0}};
-    return !wait_for(descriptors, static_cast<int>(time.count()));
+    return wait_for(stop, no_line, static_cast<int>(time.count())) == wake_t::timeout;
 }
 
 instrument_effect_t serial_instrument_t::answer(const std::string &message,
