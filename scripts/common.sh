@@ -4,10 +4,12 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
-# Installs the packages of scripts/packages.txt that are missing; needs root or sudo for that only.
+# Installs the packages of scripts/packages.txt that this script needs and that are missing; needs root
+# or sudo for that only.
 install_packages() {
-    local package missing=() as_root=()
-    while read -r package; do
+    local package only_script missing=() as_root=()
+    while read -r package only_script; do
+        [ "${only_script:-${0##*/}}" = "${0##*/}" ] || continue
         dpkg-query -W -f '${db:Status-Abbrev}' "$package" 2>/dev/null | grep -q '^ii' ||
             missing+=("$package")
     done < <(grep -vE '^(#|$)' scripts/packages.txt)
