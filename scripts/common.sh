@@ -4,8 +4,8 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
-# Installs the packages of scripts/packages.txt that this script needs and that are missing; needs root
-# or sudo for that only.
+# Installs the packages of scripts/packages.txt that this script needs and that are missing; needs
+# root or sudo for that only.
 install_packages() {
     local package only_script missing=() as_root=()
     while read -r package only_script; do

@@ -45,6 +45,20 @@ if(CLI11_VERSION) # with the package tool
     LICENCES BSD-3-Clause
     HOME https://github.com/CLIUtils/CLI11)
 endif()
+if(WITH_MINGW) # in the program, its folder and the simulator's library
+  component("The runtime of GCC"
+    PURPOSE "What every program compiled with MinGW-w64 needs (libgcc, libstdc++)"
+    COPYRIGHT "Free Software Foundation, Inc."
+    LICENCES GPL-3.0-only GCC-exception-3.1
+    HOME https://gcc.gnu.org/)
+  component("The runtime of MinGW-w64"
+    PURPOSE "What every program compiled with MinGW-w64 needs (start-up code, winpthreads)"
+    COPYRIGHT "2009-2016 the MinGW-w64 project"
+              "2010 Lockless Inc."
+              "1992, 1993 The Regents of the University of California"
+    LICENCES MIT BSD-3-Clause
+    HOME https://www.mingw-w64.org/)
+endif()
 
 section(inside-qt "What the Qt libraries hold")
 

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
-# Run by cmake --install: copies the libraries that the program and Qt's files load in their turn, but
-# for those of Windows. Set before: program, qt_files, library_folders.
+# Run by cmake --install: copies the libraries that the program and Qt's files load in their turn,
+# but for those of Windows. Set before: program, qt_files, library_folders.
 
 cmake_minimum_required(VERSION 3.25)
 
@@ -16,7 +16,7 @@ file(GET_RUNTIME_DEPENDENCIES
      PRE_EXCLUDE_REGEXES "^api-ms-" "^ext-ms-"
      POST_EXCLUDE_REGEXES "[/\\][Ss][Yy][Ss][Tt][Ee][Mm]32[/\\]")
 
-# On another system that of Windows is missing, and Qt's names, here in small letters, are not found.
+# On another system Windows' own are missing, and Qt's, whose names are in small letters here.
 foreach(file IN LISTS qt_files)
   get_filename_component(name "${file}" NAME)
   string(TOLOWER "${name}" name)
