@@ -69,6 +69,7 @@ port_control_t::port_control_t(const port_layout_t &layout, QWidget *parent)
       port_colors(layout.default_colors),
       focus_ring(new QFocusFrame(this))
 {
+    setObjectName(QStringLiteral("portControlWidget"));
     for (const QString &letter : layout_data.routed_ports)
         routes.insert(letter, nullptr);
     build_vna_buttons();
@@ -94,8 +95,7 @@ port_control_t::port_control_t(const port_layout_t &layout, QWidget *parent)
 void port_control_t::showEvent(QShowEvent *event)
 {
     if (styleSheet().isEmpty())
-        set_panel_picture(this, QStringLiteral("portControlWidget"),
-                          QStringLiteral(":/image/panel.png"));
+        set_panel_picture(this, QStringLiteral(":/image/panel.png"));
     QFrame::showEvent(event);
 }
 

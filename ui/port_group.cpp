@@ -19,10 +19,9 @@ QGroupBox *build_port_group(QWidget *frame)
     return group;
 }
 
-void set_panel_picture(QWidget *widget, const QString &object_name, const QString &picture)
+void set_panel_picture(QWidget *widget, const QString &picture)
 {
-    widget->setObjectName(object_name);
-    widget->setStyleSheet(
-        QStringLiteral("%1#%2{border-image:url(%3)}")
-            .arg(QString::fromLatin1(widget->metaObject()->className()), object_name, picture));
+    const QString class_name = QString::fromLatin1(widget->metaObject()->className());
+    widget->setStyleSheet(QStringLiteral("%1#%2{border-image:url(%3)}")
+                              .arg(class_name, widget->objectName(), picture));
 }

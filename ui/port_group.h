@@ -10,6 +10,6 @@ class QWidget;
 /// the beginning: a widget that gets another parent is styled again.
 QGroupBox *build_port_group(QWidget *frame);
 
-/// Makes `picture` the border image of `widget`, which gets the object name, so that no widget
-/// inside inherits it. The picture is decoded at once.
-void set_panel_picture(QWidget *widget, const QString &object_name, const QString &picture);
+/// Makes `picture` the border image of `widget`, which must have an object name, so that no widget
+/// inside inherits it.
+void set_panel_picture(QWidget *widget, const QString &picture);
