@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // How much Corvane adds to the link's own pauses: the time from a click to the repainted panel,
 // beside the sum of the pauses that the link makes after each write and in each query, with an
-// instrument that answers at once.
+// instrument that answers at once. bench_panel [ROW [RUNS]] measures one row only.
 
 #include "bench/figures.h"
 #include "drv/drv_device.h"
@@ -18,7 +18,7 @@
 
 namespace {
 
-constexpr int runs = 15;
+constexpr int usual_runs = 15;
 constexpr double goal = 1.02;
 
 struct figures_t
@@ -37,7 +37,7 @@ double pauses_ms(simulator_t &simulator)
 
 /// What the user waits for: the action, and the painting of what it has changed. Callgrind counts
 /// the instructions of this function.
-__attribute__((noinline)) void act_and_repaint(const std::function<void()> &action)
+Q_NEVER_INLINE void act_and_repaint(const std::function<void()> &action)
 {
     action();
     QApplication::processEvents();
@@ -62,6 +62,7 @@ void measure(simulator_t &simulator, const QString &name, const std::function<vo
     const QStringList arguments = QCoreApplication::arguments();
     if (arguments.size() > 1 && name != arguments.at(1))
         return;
+    const int runs = arguments.size() > 2 ? arguments.at(2).toInt() : usual_runs;
     std::vector<double> wall;
     std::vector<double> cpu;
     double pauses = 0;

@@ -91,16 +91,17 @@ int main(int argc, char **argv)
         const char *name;
         const case_t &measured;
         const case_t &yardstick;
+        bool has_goal;
     } rows[] = {
-        {"with a VISA library, against a bare window", with_visa, window},
-        {"without one, against a bare window", without_visa, window},
-        {"with a VISA library, against an empty window", with_visa, empty},
+        {"with a VISA library, bare window", with_visa, window, true},
+        {"without one, bare window", without_visa, window, true},
+        {"with a VISA library, empty window", with_visa, empty, false},
     };
     for (const auto &row : rows)
         print_figure({std::string("start ") + row.name, "ms", median(row.measured.times_ms),
-                      median(row.yardstick.times_ms), 1.2});
+                      median(row.yardstick.times_ms), row.has_goal ? 1.2 : 0});
     for (const auto &row : rows)
         print_figure({std::string("peak memory ") + row.name, "KiB", median(row.measured.peaks_kib),
-                      median(row.yardstick.peaks_kib), 1.3});
+                      median(row.yardstick.peaks_kib), row.has_goal ? 1.3 : 0});
     return 0;
 }

@@ -41,7 +41,7 @@ endif()
 if(CLI11_VERSION) # with the package tool
   component("CLI11" VERSION ${CLI11_VERSION}
     PURPOSE "The command line of the package tool"
-    COPYRIGHT "2017-2020 University of Cincinnati, developed by Henry Schreiner under NSF AWARD 1414736"
+    COPYRIGHT "2017-2021 University of Cincinnati, developed by Henry Schreiner under NSF AWARD 1414736 and by the respective contributors"
     LICENCES BSD-3-Clause
     HOME https://github.com/CLIUtils/CLI11)
 endif()

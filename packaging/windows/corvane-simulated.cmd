@@ -1,4 +1,5 @@
 @echo off
+rem SPDX-License-Identifier: MIT
 rem Starts Corvane with the simulated instruments, whatever VISA is installed: Windows looks for
 rem visa32.dll in the program's own folder first, and simulator holds a copy of the program.
 setlocal
