@@ -1,18 +1,18 @@
 # SPDX-License-Identifier: MIT
+# shellcheck shell=bash
 # What the scripts share; to be sourced. Leaves the caller in the root of the repository.
 
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
-# Installs the packages of scripts/packages.txt that this script needs and that are missing; needs
-# root or sudo for that only.
+# install_packages PURPOSE...: installs the packages of scripts/packages.txt that are for one of
+# these and are missing; needs root or sudo for that only.
 install_packages() {
-    local package only_script missing=() as_root=()
-    while read -r package only_script; do
-        [ "${only_script:-${0##*/}}" = "${0##*/}" ] || continue
-        dpkg-query -W -f '${db:Status-Abbrev}' "$package" 2>/dev/null | grep -q '^ii' ||
+    local package missing=() as_root=()
+    for package in $(packages_for "$@"); do
+        dpkg-query -W -f "\${db:Status-Abbrev}" "$package" 2>/dev/null | grep -q '^ii' ||
             missing+=("$package")
-    done < <(grep -vE '^(#|$)' scripts/packages.txt)
+    done
     [ "${#missing[@]}" -eq 0 ] && return
     [ "$(id -u)" -eq 0 ] || as_root=(sudo)
     echo "Installing: ${missing[*]}"
@@ -21,10 +21,24 @@ install_packages() {
         apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
 }
 
-# Configures (once; later changes are found by the build itself) and builds a preset.
+# packages_for PURPOSE...
+packages_for() {
+    local package purposes purpose
+    while read -r package purposes; do
+        for purpose; do
+            [[ " $purposes " != *" $purpose "* ]] || echo "$package"
+        done
+    done < <(grep -vE '^(#|$)' scripts/packages.txt)
+}
+
+# build PRESET [OPTION...]: configures, again whenever the presets have changed since (other changes
+# are found by the build itself), and builds.
 build() {
-    local preset=$1
+    local preset=$1 presets=build/$1/CMakePresets.json
     shift
-    [ -f "build/$preset/build.ninja" ] || cmake --preset "$preset" >/dev/null
+    if ! cmp -s CMakePresets.json "$presets"; then
+        cmake --preset "$preset" --fresh >/dev/null
+        cp CMakePresets.json "$presets"
+    fi
     cmake --build --preset "$preset" "$@"
 }
