@@ -1,34 +1,25 @@
 // SPDX-License-Identifier: MIT
 #include "drv/drv_command.h"
 
-#include "drv/drv_device.h"
 #include "drv/drv_serial.h"
-#include "drv/reply_text.h"
+#include "drv/gui_thread.h"
+#include "drv/lan_fields.h"
+#include "drv/transport.h"
+
+#include <QByteArray>
+#include <QList>
 
 #include <algorithm>
-#include <array>
 #include <cstdlib>
 
 namespace {
-
-using reply_buffer_t = std::array<char, drv_command_t::reply_buffer_bytes>;
-
-std::string text_of(const reply_buffer_t &buffer)
-{
-    return {buffer.begin(), std::find(buffer.begin(), buffer.end(), '\0')};
-}
 
 /// The comma-separated fields of a reply; an empty reply is one empty field.
 std::vector<std::string> fields_of(const std::string &reply)
 {
     std::vector<std::string> fields;
-    std::size_t begin = 0;
-    for (std::size_t comma = reply.find(','); comma != std::string::npos;
-         comma = reply.find(',', begin)) {
-        fields.push_back(reply.substr(begin, comma - begin));
-        begin = comma + 1;
-    }
-    fields.push_back(reply.substr(begin));
+    for (const QByteArray &field : QByteArray::fromStdString(reply).split(','))
+        fields.push_back(field.toStdString());
     return fields;
 }
 
@@ -60,38 +51,31 @@ const std::string &drv_command_t::command_text(command_id id)
     return command_table[id];
 }
 
+/// Without VISA the link mode says nothing: an open serial line is connected.
+bool drv_command_t::may_exchange() const
+{
+    assert_gui_thread();
+    return mode == link_modes::connected || !transport_t::current().heeds_link_mode();
+}
+
 bool drv_command_t::send_command(const std::string &text)
 {
-    drv_device_t *const device = drv_device_t::instance();
-    if (!device->visa_is_ready())
-        return drv_serial_t::instance().write(text);
-    return mode == link_modes::connected && device->link_write(text.data(), text.size());
+    return may_exchange() && transport_t::current().write(text);
 }
 
 bool drv_command_t::read_reply(std::string &out)
 {
-    drv_device_t *const device = drv_device_t::instance();
-    if (!device->visa_is_ready())
-        return drv_serial_t::instance().read(out);
-    reply_buffer_t buffer{};
-    return mode == link_modes::connected && device->link_read(buffer.data(), buffer.size()) != 0 &&
-           take_reply(text_of(buffer), out);
+    return may_exchange() && transport_t::current().read(out);
 }
 
 bool drv_command_t::query(const std::string &text, std::string &out, bool force)
 {
-    drv_device_t *const device = drv_device_t::instance();
-    if (!device->visa_is_ready())
-        return drv_serial_t::instance().query(text, out);
-    reply_buffer_t buffer{};
-    return (mode == link_modes::connected || force) &&
-           device->link_query(text, buffer.data(), buffer.size()) &&
-           take_reply(text_of(buffer), out);
+    return (may_exchange() || force) && transport_t::current().query(text, out);
 }
 
 bool drv_command_t::serial_open(const std::string &port_name)
 {
-    return drv_serial_t::instance().open(QString::fromStdString(port_name));
+    return drv_serial_t::instance().open(port_name);
 }
 
 void drv_command_t::serial_close()
@@ -104,44 +88,29 @@ bool drv_command_t::ask(command_id id, std::string &out)
     return query(command_text(id), out);
 }
 
-bool drv_command_t::send_lan_step(const set_step_t &step, const lan_settings_t &settings)
-{
-    return send_command(command_text(step.id) + settings.*step.field);
-}
-
 bool drv_command_t::lan_apply(const lan_settings_t &settings)
 {
-    static const std::vector<set_step_t> dhcp_steps{
-        {command_id::set_dhcp, &lan_settings_t::dhcp},
-        {command_id::set_host_name, &lan_settings_t::host_name},
+    const bool fixed_address = settings.dhcp != "1";
+    const auto send = [&](const lan_field_t &field) {
+        const bool due = field.sending == lan_sending_t::always ||
+                         (field.sending == lan_sending_t::with_fixed_address && fixed_address);
+        return !due || send_command(command_text(field.set) + settings.*field.text);
     };
-    static const std::vector<set_step_t> fixed_steps{
-        {command_id::set_dhcp, &lan_settings_t::dhcp},
-        {command_id::set_ip_address, &lan_settings_t::ip_address},
-        {command_id::set_subnet_mask, &lan_settings_t::subnet_mask},
-        {command_id::set_gateway, &lan_settings_t::gateway},
-        {command_id::set_host_name, &lan_settings_t::host_name},
-    };
-    const std::vector<set_step_t> &steps = settings.dhcp == "1" ? dhcp_steps : fixed_steps;
-    for (const set_step_t &step : steps) {
-        if (!send_lan_step(step, settings))
-            return false;
-    }
+    if (!std::all_of(lan_fields.begin(), lan_fields.end(), send))
+        return false;
     lan_cache = settings;
     return true;
 }
 
 bool drv_command_t::lan_read(lan_settings_t &settings)
 {
-    const bool complete = ask(command_id::dhcp, lan_cache.dhcp) &&
-                          ask(command_id::ip_address, lan_cache.ip_address) &&
-                          ask(command_id::subnet_mask, lan_cache.subnet_mask) &&
-                          ask(command_id::gateway, lan_cache.gateway) &&
-                          ask(command_id::host_name, lan_cache.host_name) &&
-                          ask(command_id::mac_address, lan_cache.mac_address);
-    if (complete)
-        settings = lan_cache;
-    return complete;
+    const auto read = [this](const lan_field_t &field) {
+        return ask(field.query, lan_cache.*field.text);
+    };
+    if (!std::all_of(lan_fields.begin(), lan_fields.end(), read))
+        return false;
+    settings = lan_cache;
+    return true;
 }
 
 bool drv_command_t::device_info_read(device_info_t &info)

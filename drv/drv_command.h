@@ -25,9 +25,6 @@ constexpr std::uint8_t not_connected = 2;
 class drv_command_t
 {
 public:
-    /// The longest reply that is read, in bytes.
-    static constexpr std::size_t reply_buffer_bytes = 300;
-
     /// The process-wide command object.
     static drv_command_t *instance();
 
@@ -78,18 +75,13 @@ public:
     bool upgrade_id_read(upgrade_id_t &record);
 
 private:
-    struct set_step_t
-    {
-        command_id id;
-        std::string lan_settings_t::*field;
-    };
     using text_map_t = std::map<std::string, std::string>;
 
     drv_command_t();
     ~drv_command_t() = default;
 
+    bool may_exchange() const;
     bool ask(command_id id, std::string &out);
-    bool send_lan_step(const set_step_t &step, const lan_settings_t &settings);
     bool read_route(const std::string &port, const std::vector<std::string> &reported_ports,
                     std::string &out);
 

@@ -3,11 +3,11 @@
 
 #include "drv/pause.h"
 
+#include <QByteArray>
 #include <QMutex>
 #include <QMutexLocker>
 
 #include <array>
-#include <cstring>
 
 namespace {
 
@@ -21,14 +21,7 @@ struct link_state_t
     bool usb_link_flag = true;
 };
 
-link_state_t link;
-
-std::size_t text_length(const char *buffer, std::size_t size)
-{
-    const void *end = std::memchr(buffer, '\0', size);
-    return end != nullptr ? static_cast<std::size_t>(static_cast<const char *>(end) - buffer)
-                          : size;
-}
+link_state_t shared_link;
 
 } // namespace
 
@@ -46,64 +39,64 @@ drv_device_t::drv_device_t()
 bool drv_device_t::usb_connect()
 {
     for (int attempt = 0; attempt < usb_open_attempts; ++attempt) {
-        if (session_open(link.resource_name, link.session) == vi_success)
+        if (session_open(shared_link.resource_name, shared_link.session) == vi_success)
             return true;
         pause_ms(usb_retry_pause_ms);
     }
     if (find_usb() != vi_success)
         return false;
-    link.resource_name = found_resource();
-    return session_open(link.resource_name, link.session) == vi_success;
+    shared_link.resource_name = found_resource();
+    return session_open(shared_link.resource_name, shared_link.session) == vi_success;
 }
 
 bool drv_device_t::usb_connect_resource(const std::string &name)
 {
     link_disconnect();
-    return session_open(name, link.session) == vi_success;
+    return session_open(name, shared_link.session) == vi_success;
 }
 
 bool drv_device_t::lan_connect(const std::string &address)
 {
     const std::string resource = "TCPIP0::" + address + "::INSTR";
-    if (session_open(resource, link.session) != vi_success)
+    if (session_open(resource, shared_link.session) != vi_success)
         return false;
-    link.lan_address = address;
-    link.resource_name = resource;
+    shared_link.lan_address = address;
+    shared_link.resource_name = resource;
     return true;
 }
 
 bool drv_device_t::link_disconnect()
 {
-    if (session_close(link.session) != vi_success)
+    if (session_close(shared_link.session) != vi_success)
         return false;
-    link.resource_name.clear();
-    link.session = 0;
+    shared_link.resource_name.clear();
+    shared_link.session = 0;
     return true;
 }
 
 bool drv_device_t::link_resource_name(std::string &out) const
 {
-    if (link.session == 0)
+    if (shared_link.session == 0)
         return false;
-    out = link.resource_name;
+    out = shared_link.resource_name;
     return true;
 }
 
 bool drv_device_t::link_write(const char *text, std::size_t length)
 {
-    return session_write(link.session, text, length);
+    return session_write(shared_link.session, text, length);
 }
 
 int drv_device_t::link_read(char *buffer, std::size_t size)
 {
-    if (!session_read(link.session, buffer, size))
+    if (!session_read(shared_link.session, buffer, size))
         return -1;
-    return static_cast<int>(text_length(buffer, size));
+    return static_cast<int>(qstrnlen(buffer, static_cast<uint>(size)));
 }
 
 bool drv_device_t::link_query(const std::string &command, char *buffer, std::size_t size)
 {
-    const QMutexLocker locker(&link.mutex);
+    const QMutexLocker locker(&shared_link.mutex);
     if (!link_write(command.data(), command.size()))
         return false;
     pause_ms(query_pause_ms);
@@ -118,10 +111,10 @@ bool drv_device_t::link_opc_wait()
 
 bool drv_device_t::is_usb_link() const noexcept
 {
-    return link.usb_link_flag;
+    return shared_link.usb_link_flag;
 }
 
 void drv_device_t::set_usb_link(bool usb) noexcept
 {
-    link.usb_link_flag = usb;
+    shared_link.usb_link_flag = usb;
 }

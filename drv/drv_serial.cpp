@@ -1,16 +1,26 @@
 // SPDX-License-Identifier: MIT
 #include "drv/drv_serial.h"
 
+#include "drv/gui_thread.h"
 #include "drv/reply_text.h"
+#include "drv/usb_identity.h"
 
 #include <QElapsedTimer>
 #include <QMutexLocker>
+#include <QSerialPortInfo>
 
 namespace {
 
 // Made before main and never deleted: closing a port while the process is being torn down could
 // wait for a device that is gone, and the operating system closes it anyway.
 const drv_serial_t &made_before_main = drv_serial_t::instance();
+
+bool is_instrument(const QSerialPortInfo &port)
+{
+    return port.hasVendorIdentifier() && port.hasProductIdentifier() &&
+           port.vendorIdentifier() == usb_identity::vendor &&
+           port.productIdentifier() == usb_identity::product;
+}
 
 } // namespace
 
@@ -38,9 +48,21 @@ void drv_serial_t::close_lost_port(QSerialPort::SerialPortError error)
         close();
 }
 
-bool drv_serial_t::open(const QString &port_name)
+std::vector<found_instrument_t> drv_serial_t::find()
 {
-    port.setPortName(port_name);
+    close();
+    std::vector<found_instrument_t> instruments;
+    int position = 0;
+    for (const QSerialPortInfo &candidate : QSerialPortInfo::availablePorts())
+        if (is_instrument(candidate))
+            instruments.push_back({candidate.portName().toStdString(), ++position});
+    return instruments;
+}
+
+bool drv_serial_t::open(const std::string &port_name)
+{
+    assert_gui_thread();
+    port.setPortName(QString::fromStdString(port_name));
     return port.isOpen() || port.open(QIODevice::ReadWrite);
 }
 
@@ -52,6 +74,7 @@ void drv_serial_t::close()
 
 bool drv_serial_t::write(const std::string &text)
 {
+    assert_gui_thread();
     if (!port.isOpen())
         return false;
     port.write(text.data(), static_cast<qint64>(text.size()));

@@ -1,16 +1,15 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "drv/transport.h"
+
 #include <QMutex>
 #include <QSerialPort>
-#include <QString>
-
-#include <string>
 
 /// The instrument's USB serial port, which carries the commands when there is no VISA library.
 ///
 /// Belongs to the GUI thread; queries are serialised by a mutex.
-class drv_serial_t
+class drv_serial_t final : public transport_t
 {
 public:
     /// How long a write, and the wait for a reply, may take.
@@ -21,21 +20,21 @@ public:
     /// The process-wide port, made during static initialisation.
     static drv_serial_t &instance();
 
-    drv_serial_t(const drv_serial_t &) = delete;
-    drv_serial_t &operator=(const drv_serial_t &) = delete;
-
+    bool heeds_link_mode() const noexcept override { return false; }
+    /// Closes the port and lists those that belong to a TMX.
+    std::vector<found_instrument_t> find() override;
     /// Names the port and opens it for reading and writing. An open port stays as it is and counts
     /// as opened.
-    bool open(const QString &port_name);
+    bool open(const std::string &port_name) override;
     void close();
     /// Sends the bytes of `text`; false only when the port is not open.
-    bool write(const std::string &text);
+    bool write(const std::string &text) override;
     /// Takes all bytes that have arrived, less the last one, the line terminator. False when there
     /// are none; `out` is then left alone.
-    bool read(std::string &out);
+    bool read(std::string &out) override;
     /// Writes and then reads the reply, if one begins within `transfer_timeout_ms`. A reply that
     /// comes in pieces is read up to its line end, as long as the pieces follow closely.
-    bool query(const std::string &text, std::string &out);
+    bool query(const std::string &text, std::string &out) override;
 
 private:
     drv_serial_t();

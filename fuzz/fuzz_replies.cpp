@@ -4,6 +4,7 @@
 
 #include "drv/drv_command.h"
 #include "drv/drv_device.h"
+#include "drv/visa_transport.h"
 #include "tests/support/simulator.h"
 
 #include <cstdint>
@@ -26,7 +27,7 @@ using answer_t = std::optional<QByteArray>;
 /// What a reply says, without its last character; nothing when it has none.
 answer_t answer_in(const QByteArray &reply)
 {
-    const QByteArray read = reply.left(static_cast<int>(drv_command_t::reply_buffer_bytes));
+    const QByteArray read = reply.left(static_cast<int>(visa_transport_t::reply_buffer_bytes));
     const QByteArray text(read.constData());
     return text.isEmpty() ? std::nullopt : answer_t(text.chopped(1));
 }

@@ -3,6 +3,7 @@
 
 #include "drv/drv_command.h"
 #include "drv/drv_device.h"
+#include "drv/transport.h"
 #include "ui/information_box.h"
 #include "ui/widget/q_ip_line_edit.h"
 #include "ui/widget/ui_combo_box.h"
@@ -13,7 +14,6 @@
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QRadioButton>
-#include <QSerialPortInfo>
 
 #include <stdexcept>
 
@@ -23,18 +23,9 @@ constexpr int panel_margin = 6;
 constexpr int control_height = 30;
 constexpr int button_width = 75;
 constexpr int group_width = 900;
-constexpr quint16 usb_vendor = 0xA17E;
-constexpr quint16 usb_product = 0x2000;
-const QString usb_resource_part = QStringLiteral("0xA17E::0x2000");
 const QString identity_part = QStringLiteral("TMX");
 
 enum link_button_t { usb_button = 1, lan_button = 2 };
-
-bool is_instrument_port(const QSerialPortInfo &port)
-{
-    return port.hasVendorIdentifier() && port.hasProductIdentifier() &&
-           port.vendorIdentifier() == usb_vendor && port.productIdentifier() == usb_product;
-}
 
 /// The product type as a number; 0, which is no product, for a text that does not begin with one.
 int product_type_of(const std::string &product_id)
@@ -166,35 +157,10 @@ void ui_connect_widget_t::device_rescan_slot()
 {
     device_names.clear();
     device_list->clear();
-    if (drv_device_t::instance()->visa_is_ready())
-        list_usb_instruments();
-    else
-        list_serial_ports();
+    for (const found_instrument_t &instrument : transport_t::current().find())
+        add_device(QString::fromStdString(instrument.name), instrument.position);
     if (device_list->count() == 0)
         show_information(this, tr("Target device no find!"));
-}
-
-void ui_connect_widget_t::list_usb_instruments()
-{
-    std::vector<std::string> found;
-    int count = 0;
-    drv_device_t::instance()->usb_scan(found, count);
-    for (int position = 1; position <= count; ++position) {
-        const QString name =
-            QString::fromStdString(found.at(static_cast<std::size_t>(position) - 1));
-        if (name.contains(usb_resource_part))
-            add_device(name, position);
-    }
-}
-
-void ui_connect_widget_t::list_serial_ports()
-{
-    drv_command_t::instance()->serial_close();
-    int position = 0;
-    const QList<QSerialPortInfo> ports = QSerialPortInfo::availablePorts();
-    for (const QSerialPortInfo &port : ports)
-        if (is_instrument_port(port))
-            add_device(port.portName(), ++position);
 }
 
 /// The name comes first: the list's first item is selected, and so connected, as it is added.
@@ -208,11 +174,7 @@ void ui_connect_widget_t::device_change_slot(int index)
 {
     if (index < 0 || index >= device_names.size())
         return;
-    const std::string name = device_names.at(index).toStdString();
-    drv_device_t *const device = drv_device_t::instance();
-    const bool opened = device->visa_is_ready() ? device->usb_connect_resource(name)
-                                                : drv_command_t::instance()->serial_open(name);
-    if (opened)
+    if (transport_t::current().open(device_names.at(index).toStdString()))
         show_instrument(true);
 }
 

@@ -8,7 +8,6 @@ class QBoxLayout;
 class QGroupBox;
 class QIPLineEdit;
 class QRadioButton;
-class QSerialPortInfo;
 class ui_combo_box_t;
 class ui_label_t;
 class ui_push_button_t;
@@ -44,8 +43,6 @@ private:
     QBoxLayout *build_link_row();
     void connect_widgets();
 
-    void list_usb_instruments();
-    void list_serial_ports();
     void add_device(const QString &name, int position);
     void show_instrument(bool usb);
 
