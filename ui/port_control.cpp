@@ -2,6 +2,7 @@
 #include "ui/port_control.h"
 
 #include "drv/drv_command.h"
+#include "ui/led_color.h"
 #include "ui/port_group.h"
 #include "ui/widget/ui_push_button.h"
 #include "ui/widget/ui_tool_button.h"
@@ -24,14 +25,6 @@ constexpr int panel_margin = 8;
 constexpr int row_spacing = 10;
 
 const QString idle_color = QStringLiteral("white");
-
-/// The instrument's colour names and the CSS colours in which the panel shows them.
-const QMap<QString, QString> display_colors{
-    {QStringLiteral("BLUE"), QStringLiteral("blue")},
-    {QStringLiteral("GREEN"), QStringLiteral("greenyellow")},
-    {QStringLiteral("CYAN"), QStringLiteral("deepskyblue")},
-    {QStringLiteral("RED"), QStringLiteral("magenta")},
-};
 
 bool instrument_is_open()
 {
@@ -232,7 +225,8 @@ void port_control_t::refresh_port_colors()
     for (auto color = port_colors.begin(); color != port_colors.end(); ++color) {
         std::string reply;
         drv_command_t::instance()->get_color(color.key().toStdString(), reply);
-        color.value() = display_colors.value(QString::fromStdString(reply), color.value());
+        if (const led_color_t *const reported = find_led_color(reply))
+            color.value() = QLatin1String(reported->display);
     }
 }
 

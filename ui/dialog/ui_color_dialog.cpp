@@ -3,13 +3,25 @@
 
 #include "drv/drv_command.h"
 #include "ui/dialog/dialog_layout.h"
+#include "ui/led_color.h"
 #include "ui/widget/ui_combo_box.h"
 #include "ui/widget/ui_push_button.h"
 
 #include <QFormLayout>
 
-#include <map>
 #include <string>
+
+namespace {
+
+/// The index of the colour that the instrument reports; a reply that is no colour, or none at all,
+/// shows the first one.
+int color_index(const std::string &reported)
+{
+    const led_color_t *const color = find_led_color(reported);
+    return color != nullptr ? static_cast<int>(color - led_colors.data()) : 0;
+}
+
+} // namespace
 
 /// A VNA port: its letter, its combo box and the index of the colour that it is delivered with.
 struct ui_color_dialog_t::row_t
@@ -56,11 +68,8 @@ std::size_t ui_color_dialog_t::available_rows() const noexcept
     return vna_port_count == 4 ? 4 : 2;
 }
 
-/// The instrument reports colours in upper case and is sent them in mixed case. A reply that is no
-/// colour, or none at all, shows the first one.
 void ui_color_dialog_t::load_current_colors()
 {
-    std::map<std::string, int> color_index{{"CYAN", 0}, {"BLUE", 1}, {"RED", 2}, {"GREEN", 3}};
     for (std::size_t index = 0; index < rows().size(); ++index) {
         const row_t &row = rows().at(index);
         ui_combo_box_t *const combo = this->*row.combo;
@@ -70,7 +79,7 @@ void ui_color_dialog_t::load_current_colors()
         }
         std::string color;
         drv_command_t::instance()->get_color(row.letter, color);
-        combo->setCurrentIndex(color_index[color]);
+        combo->setCurrentIndex(color_index(color));
     }
 }
 

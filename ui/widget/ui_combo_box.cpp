@@ -1,29 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "ui/widget/ui_combo_box.h"
 
+#include "ui/led_color.h"
 #include "ui/widget/widget_height.h"
 
 #include <QAbstractItemView>
 #include <QIcon>
 #include <QScroller>
 #include <QStyledItemDelegate>
-
-namespace {
-
-struct color_item_t
-{
-    const char *text;
-    const char *icon;
-};
-
-constexpr color_item_t color_items[] = {
-    {"Cyan", ":/image/cyan.ico"},
-    {"Blue", ":/image/blue.ico"},
-    {"Red", ":/image/red.ico"},
-    {"Green", ":/image/green.ico"},
-};
-
-} // namespace
 
 ui_combo_box_t::ui_combo_box_t(QWidget *parent) : QComboBox(parent)
 {
@@ -47,6 +31,6 @@ ui_combo_box_t::~ui_combo_box_t()
 
 void ui_combo_box_t::add_color_items()
 {
-    for (const color_item_t &item : color_items)
-        addItem(QIcon(QLatin1String(item.icon)), QLatin1String(item.text));
+    for (const led_color_t &color : led_colors)
+        addItem(QIcon(QLatin1String(color.icon)), QLatin1String(color.name));
 }
