@@ -9,6 +9,7 @@
 #include "ui/dialog/ui_scpi_dialog.h"
 #include "ui/dialog/ui_upgrade_dialog.h"
 #include "ui/information_box.h"
+#include "ui/program_version.h"
 #include "ui/ui_about_dialog.h"
 #include "ui/ui_central_widget.h"
 
@@ -22,7 +23,6 @@
 
 namespace {
 
-const QString window_title = QStringLiteral("Corvane V1.2.3");
 const QString website_address = QStringLiteral("https://norvale.example/");
 
 constexpr int scpi_width_px = 450;
@@ -61,7 +61,7 @@ MainWindow::MainWindow(QWidget *parent) : QMainWindow(parent)
     build_tool_menu();
     for (QMenu *const menu : {file_menu, tool_menu, help_menu})
         menuBar()->addMenu(menu);
-    setWindowTitle(window_title);
+    setWindowTitle(tr("Corvane %1").arg(QLatin1String(program_version)));
     central_widget = new ui_central_widget_t(this);
     setCentralWidget(central_widget);
     connect_actions();

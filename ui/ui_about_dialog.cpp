@@ -2,6 +2,7 @@
 #include "ui/ui_about_dialog.h"
 
 #include "ui/help_viewer.h"
+#include "ui/program_version.h"
 #include "ui/widget/ui_label.h"
 #include "ui/widget/ui_push_button.h"
 
@@ -30,8 +31,8 @@ ui_about_dialog_t::ui_about_dialog_t(QWidget *parent) : QDialog(parent)
     setWindowFlags(Qt::Dialog | Qt::WindowCloseButtonHint);
     auto *const rows = new QVBoxLayout(this);
     rows->addWidget(create_logo());
-    rows->addWidget(create_label(tr("\tVersion: V1.2.3"), this));
-    rows->addWidget(create_label(tr("\tBuild: 2024/6/12"), this));
+    rows->addWidget(create_label(tr("\tVersion: %1").arg(QLatin1String(program_version)), this));
+    rows->addWidget(create_label(tr("\tBuild: %1").arg(QLatin1String(program_build_date)), this));
     rows->addWidget(create_acknowledgment_button());
 }
 
