@@ -36,7 +36,7 @@ const QMap<QString, QString> two_port_colors{
     {QStringLiteral("B"), QStringLiteral("magenta")},
 };
 
-/// Products 22 and 21 have two VNA ports but are asked for four, as their firmware expects.
+/// Products 22 and 21 show two VNA ports, but a refresh asks for the routes and colours of four.
 const QVector<port_layout_t> &port_layouts()
 {
     constexpr auto four = route_query_t::four_ports;

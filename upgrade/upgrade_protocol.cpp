@@ -15,7 +15,7 @@ constexpr const char *ready_query = "UPREADY?";
 constexpr const char *ready_reply = "1\n";
 constexpr std::size_t ready_reply_bytes = 2;
 
-// The firmware takes both with their terminating zero, which the sizes include.
+// Both go out with their terminating zero, which the sizes include.
 constexpr char reboot_command[] = "REBOOT";
 constexpr char loader_command[] = "REBOOT 1";
 
