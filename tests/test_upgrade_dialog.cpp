@@ -4,6 +4,7 @@
 #include "tests/support/box_watcher.h"
 #include "tests/support/dialog_driver.h"
 #include "tests/support/package_folder.h"
+#include "tests/support/recorded_pauses.h"
 #include "tests/support/simulator.h"
 #include "ui/dialog/ui_upgrade_dialog.h"
 #include "upgrade/accepted_id.h"
@@ -12,8 +13,11 @@
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QProgressBar>
+#include <QSemaphore>
+#include <QThread>
 #include <QtTest/QTest>
 
+#include <functional>
 #include <memory>
 
 namespace {
@@ -25,6 +29,15 @@ const QString begin_box = QStringLiteral("Information: Upgrade begin! [OK]");
 const QString error_box = QStringLiteral("Information: Upgrade file error! [OK, Close]");
 const QString fail_box = QStringLiteral("Information: Upgrade FAIL! [OK, Close]");
 const QString ok_box = QStringLiteral("Information: Upgrade OK! [OK, Close]");
+
+/// Lets the upgrade thread wait for `open` after the second block of an image.
+void hold_second_block(const std::function<void()> &open)
+{
+    recorded_pauses_t::instance().on_pause([open, blocks = 0](unsigned long pause) mutable {
+        if (pause == 150 && ++blocks == 2)
+            open();
+    });
+}
 
 } // namespace
 
@@ -63,11 +76,12 @@ private:
 void test_upgrade_dialog::init()
 {
     simulator.reset();
-    simulator.load_fleet(R"({"default_timeout_ms": 100, "reboot_ms": 100, "instruments": [
+    simulator.load_fleet(R"({"default_timeout_ms": 100, "reboot_ms": 0, "instruments": [
         {"product": 44, "serial": "D1", "upgrade_id": [44, 1, 2, 1], "resources": [")" +
                          resource + R"("]}]})");
     QVERIFY(drv_device_t::instance()->usb_connect_resource(resource.toStdString()));
     drv_command_t::instance()->set_link_mode(link_modes::connected);
+    recorded_pauses_t::instance().reset();
     open_dialog();
 }
 
@@ -159,9 +173,12 @@ void test_upgrade_dialog::wrong_or_cancelled_file_is_sent()
 void test_upgrade_dialog::package_is_sent_twice_or_incompletely()
 {
     const QByteArray image = pattern(3 * 2048);
+    QSemaphore gate;
+    hold_second_block([&gate] { return gate.tryAcquire(1, patience_ms); });
     begin(QStringLiteral("固件 1.ADS"), make_package(44, {{5, "TMX"}, {3, image}}));
     QTRY_COMPARE_WITH_TIMEOUT(bar(), 33, patience_ms);
     QVERIFY(perform(*dialog, "Begin"));
+    gate.release();
     QTRY_COMPARE_WITH_TIMEOUT(bar(), 100, patience_ms);
     QTRY_COMPARE(said(), (QStringList{begin_box, begin_box, ok_box}));
     QCOMPARE(simulator.images(resource), (QList<QPair<int, QByteArray>>{{3, image}}));
@@ -191,8 +208,12 @@ void test_upgrade_dialog::upgrade_outlives_its_dialog_data()
 void test_upgrade_dialog::upgrade_outlives_its_dialog()
 {
     QFETCH(bool, destroy);
-    begin(QStringLiteral("a.ADS"), make_package(44, {{3, pattern(200'000)}}));
-    QTRY_VERIFY_WITH_TIMEOUT(bar() > 1, patience_ms);
+    hold_second_block([] {
+        while (!QThread::currentThread()->isInterruptionRequested())
+            QThread::yieldCurrentThread();
+    });
+    begin(QStringLiteral("a.ADS"), make_package(44, {{3, pattern(3 * 2048)}}));
+    QTRY_COMPARE_WITH_TIMEOUT(bar(), 33, patience_ms);
     if (destroy) {
         dialog.reset();
     } else {
@@ -201,7 +222,7 @@ void test_upgrade_dialog::upgrade_outlives_its_dialog()
         QCOMPARE(said(), (QStringList{begin_box, fail_box}));
     }
     const QByteArrayList texts = simulator.take_texts();
-    QVERIFY(texts.size() < 20);
+    QCOMPARE(texts.size(), 6);
     QCOMPARE(texts.last(), reboot_text);
     QVERIFY(drv_device_t::instance()->link_write("*CLS", 4));
 }

@@ -75,7 +75,7 @@ private:
 void test_upgrade_engine::init()
 {
     simulator.reset();
-    simulator.load_fleet(R"({"default_timeout_ms": 100, "reboot_ms": 100, "instruments": [
+    simulator.load_fleet(R"({"default_timeout_ms": 100, "reboot_ms": 0, "instruments": [
         {"product": 44, "serial": "U1", "resources": [")" +
                          resource + R"("]}]})");
     fill_segment_handlers();
