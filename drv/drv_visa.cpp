@@ -37,6 +37,11 @@ ViStatus drv_visa_t::find_usb()
     return last_status;
 }
 
+ViStatus drv_visa_t::find_next()
+{
+    return visa_library_t::instance().find_next(find_list, description.data());
+}
+
 std::string drv_visa_t::found_resource() const
 {
     const auto end = std::find(description.begin(), description.end(), '\0');
@@ -51,7 +56,7 @@ int drv_visa_t::usb_scan(std::vector<std::string> &list, int &count)
     count = static_cast<int>(find_count);
     for (ViUInt32 match = 0; match < find_count; ++match) {
         list.push_back(found_resource());
-        visa_library_t::instance().find_next(find_list, description.data());
+        find_next();
     }
     return visa_result::done;
 }
@@ -102,7 +107,8 @@ bool drv_visa_t::session_close_with_manager(ViSession session)
 {
     const ViStatus session_status = session_close(session);
     const ViStatus manager_status = session_close(default_rm);
-    return session_status == vi_success && manager_status == vi_success;
+    // As wide as it takes: the sum of two errors has more than 32 bits.
+    return std::int64_t{session_status} + manager_status == vi_success;
 }
 
 ViStatus drv_visa_t::session_clear(ViSession session)

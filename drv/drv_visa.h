@@ -50,23 +50,28 @@ public:
     /// Reads at most `size` bytes; a reply that fills the buffer without ending counts as failed.
     bool session_read(ViSession session, char *buffer, std::size_t size);
     ViStatus session_close(ViSession session);
-    /// Closes the session and then the default resource manager; true when both went well.
+    /// Closes the session and then the default resource manager; true when their statuses add up
+    /// to 0.
     bool session_close_with_manager(ViSession session);
     ViStatus session_clear(ViSession session);
     ViStatus set_session_timeout(ViSession session, ViUInt32 timeout_ms);
     /// The session's I/O time-out in milliseconds, 0 when it cannot be read.
     ViUInt32 session_timeout(ViSession session);
-    /// Opens the default resource manager once more; a failure keeps the old one.
+    /// Opens the default resource manager once more, without closing the one in use. The status is
+    /// not looked at: the manager is then whatever the library answered, after a failure usually
+    /// none.
     void reopen_default_rm();
+
+    /// Searches for USB instruments (`viFindRsrc`) and keeps the first one's resource string.
+    ViStatus find_usb();
+    /// Keeps the next one's resource string (`viFindNext`).
+    ViStatus find_next();
+    /// The resource string that the last search or step delivered.
+    std::string found_resource() const;
 
 protected:
     drv_visa_t() = default;
     ~drv_visa_t() = default;
-
-    /// Finds the USB instruments and keeps the first one's resource string in `description`.
-    ViStatus find_usb();
-    /// The resource string that the last find delivered.
-    std::string found_resource() const;
 
 private:
     ViSession default_rm = 0;

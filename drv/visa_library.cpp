@@ -1,27 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "drv/visa_library.h"
 
+#include "drv/visa_files.h"
+
 #include <QLatin1String>
 
+#include <algorithm>
+#include <iterator>
+
 namespace {
-
-/// The name under which every vendor installs VISA on Windows.
-constexpr const char *standard_file = "visa32.dll";
-
-#ifndef Q_OS_WIN
-/// The names under which VISA is installed elsewhere: first on the loader's path, then where
-/// vendors put theirs.
-constexpr const char *vendor_files[] = {
-    "libvisa.so",
-    "libvisa.so.0",
-    "libvisa.so.7",
-    "librsvisa.so",
-    "libktvisa32.so",
-    "libiovisa.so",
-    "/opt/keysight/iolibs/libktvisa32.so",
-    "/usr/lib/librsvisa.so",
-};
-#endif
 
 template <typename entry_t>
 bool bind(QLibrary &library, entry_t &entry, const char *name)
@@ -47,10 +34,23 @@ visa_library_t &visa_library_t::instance()
     return binding;
 }
 
-visa_library_t::visa_library_t() : library(QLatin1String(standard_file))
+visa_library_t::visa_library_t()
 {
-    bind_entry_points();
-    bind_vendor_library();
+    const QStringList files = visa_files();
+    const auto complete = [this](const QString &file) { return try_file(file) == trial_t::bound; };
+    // With none complete, what the standard file has is better than nothing.
+    if (std::none_of(files.begin(), files.end(), complete))
+        try_file(QLatin1String(standard_visa_file));
+}
+
+/// A library that lacks entry points is left loaded: it may have started threads of its own.
+visa_library_t::trial_t visa_library_t::try_file(const QString &file)
+{
+    library.setFileName(file);
+    const bool loaded = library.load();
+    if (bind_entry_points())
+        return trial_t::bound;
+    return loaded ? trial_t::incomplete : trial_t::not_loaded;
 }
 
 bool visa_library_t::load()
@@ -78,28 +78,7 @@ bool visa_library_t::bind_entry_points()
         bind(library, entries.write, "viWrite"),
         bind(library, entries.read, "viRead"),
     };
-    for (const bool entry_found : found) {
-        if (!entry_found)
-            return false;
-    }
-    return true;
-}
-
-/// Takes the first vendor library that has all ten entry points, unless the standard file is
-/// there. A library that lacks some is left loaded: it may have started threads of its own.
-void visa_library_t::bind_vendor_library()
-{
-#ifndef Q_OS_WIN
-    if (library.isLoaded())
-        return;
-    for (const char *const file : vendor_files) {
-        library.setFileName(QLatin1String(file));
-        if (library.load() && bind_entry_points())
-            return;
-    }
-    library.setFileName(QLatin1String(standard_file));
-    entries = {};
-#endif
+    return std::all_of(std::begin(found), std::end(found), [](bool entry) { return entry; });
 }
 
 ViStatus visa_library_t::open_default_rm(ViSession *resource_manager) const

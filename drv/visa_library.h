@@ -57,11 +57,14 @@ private:
         ViStatus(CORVANE_VI_FUNC *read)(ViSession, unsigned char *, ViUInt32, ViUInt32 *) = nullptr;
     };
 
+    /// What came of a file: the first that is `bound` is used.
+    enum class trial_t { not_loaded, incomplete, bound };
+
     visa_library_t();
     ~visa_library_t() = default;
 
+    trial_t try_file(const QString &file);
     bool bind_entry_points();
-    void bind_vendor_library();
 
     QLibrary library;
     entry_points_t entries;

@@ -5,8 +5,8 @@
 
 #include <QtTest/QTest>
 
-/// Runs with no VISA library on the loader's path, with one that lacks an entry point, and with one
-/// whose resource manager does not open: to the user these are the same.
+/// Runs with no VISA library on the loader's path, and with one whose resource manager does not
+/// open: to the user these are the same.
 class test_without_visa : public QObject
 {
     Q_OBJECT

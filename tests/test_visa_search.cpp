@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: MIT
+#include "drv/drv_device.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QtTest/QTest>
+
+#include <cstring>
+
+/// Looks for a VISA library among files of each kind. The search is over before `main` begins, so
+/// that each one happens in a process of its own: this program again, told to connect.
+class test_visa_search : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void library_is_missed_or_a_useless_one_taken_data();
+    void library_is_missed_or_a_useless_one_taken();
+};
+
+void test_visa_search::library_is_missed_or_a_useless_one_taken_data()
+{
+    // The files of the folders on the loader's path, which "|" separates.
+    QTest::addColumn<bool>("found");
+    for (const char *const name : {"visa32.dll", "libvisa.so", "libvisa.so.0", "libvisa.so.7",
+                                   "librsvisa.so", "libktvisa32.so", "libiovisa.so"})
+        QTest::addRow("%s=complete", name) << true;
+    const char *const same_name[] = {"libvisa.so=lacks viRead|libvisa.so=complete",
+                                     "libvisa.so=text|libvisa.so=complete",
+                                     "libvisa.so=lacks viRead|libvisa.so=text|libvisa.so=complete"};
+    for (const char *const folders : same_name)
+        QTest::newRow(folders) << true;
+    QTest::newRow("visa32.dll=lacks viRead|libvisa.so=complete") << true;
+    QTest::newRow("libvisa.so=lacks viRead|libktvisa32.so=complete") << true;
+    QTest::newRow("libvisa.so=lacks viRead|libiovisa.so=text") << false;
+    QTest::newRow("libother.so=complete") << false;
+}
+
+void test_visa_search::library_is_missed_or_a_useless_one_taken()
+{
+    QFETCH(bool, found);
+    const QTemporaryDir root(QDir::tempPath() + QStringLiteral("/库 XXXXXX"));
+    QStringList path;
+    for (const QString &file : QString(QTest::currentDataTag()).split('|')) {
+        path.append(root.filePath(QString::number(path.size())));
+        QVERIFY(QDir().mkpath(path.last()));
+        const QString name = path.last() + '/' + file.section('=', 0, 0);
+        const QString kind = file.section('=', 1);
+        if (kind != "text") {
+            QVERIFY(
+                QFile::link(kind == "complete" ? CORVANE_SIM_VISA : CORVANE_LACKING_VISA, name));
+            continue;
+        }
+        QFile text(name);
+        QVERIFY(text.open(QIODevice::WriteOnly) && text.write("not a library\n") > 0);
+    }
+    QProcess child;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("LD_LIBRARY_PATH", path.join(':'));
+    child.setProcessEnvironment(environment);
+    child.start(QCoreApplication::applicationFilePath(), {"connect"});
+    QVERIFY(child.waitForFinished());
+    QCOMPARE(child.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(child.exitCode(), found ? 0 : 1);
+}
+
+int main(int argc, char **argv)
+{
+    if (argc == 2 && std::strcmp(argv[1], "connect") == 0)
+        return drv_device_t::instance()->lan_connect("127.0.0.1") ? 0 : 1;
+    const QCoreApplication application(argc, argv);
+    test_visa_search test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "test_visa_search.moc"
