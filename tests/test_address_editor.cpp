@@ -64,6 +64,16 @@ void test_address_editor::key_is_lost_or_lands_in_the_wrong_octet_data()
     add("TTT1921", "", "...192", 3);
     add("0.0..7", "", "0.0..7", 3);
     add("a1-,2/", "", "12...", 0);
+    // A digit goes where it was typed if it fits there, and no further than its own octet unless it
+    // was typed at the end; the focus moves on.
+    add("H1", "", "1...", 0);
+    add("TH1", "1.92.3.4", "1.192.3.4", 2);
+    add("TH0", "1.192.3.4", "1.192.3.4", 2);
+    add("TH>1", "1.92.3.4", "1.92.3.4", 2);
+    add("TE5", "1.26.3.4", "1.26.5.4", 2);
+    add("TE5", "1.25.3.4", "1.255.3.4", 1);
+    add("TTTH1", "1.2.3.92", "1.2.3.192", 3);
+    add("TTTE1", "1.2.3.92", "1.2.3.92", 3);
     // A digit typed last shows where the cursor is.
     add("TH<5", "1.2.3.4", "15.2.3.4", 0);
     add("THB5", "1.2.3.4", "15.2.3.4", 0);

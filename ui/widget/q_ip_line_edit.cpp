@@ -167,7 +167,7 @@ bool QIPLineEdit::handle_key(QLineEdit *octet, QKeyEvent *event)
     return true;
 }
 
-bool QIPLineEdit::handle_digit(const QLineEdit *octet, QKeyEvent *event)
+bool QIPLineEdit::handle_digit(QLineEdit *octet, QKeyEvent *event)
 {
     constexpr Qt::KeyboardModifiers command_keys =
         Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
@@ -175,9 +175,13 @@ bool QIPLineEdit::handle_digit(const QLineEdit *octet, QKeyEvent *event)
     QLineEdit *next = neighbour(octet, 1);
     if (!full || next == nullptr || (event->modifiers() & command_keys) != 0)
         return false;
+    const QString before = octet->text();
+    const bool at_end = octet->cursorPosition() == before.size();
     move_to(next, arrival_t::all_selected);
-    // The digit belongs where the user now is; the octet just left has no room for it.
-    QCoreApplication::sendEvent(next, event);
+    // Straight to the octet, past this filter: the digit goes where it was typed if it fits there.
+    octet->event(event);
+    if (at_end && octet->text() == before)
+        QCoreApplication::sendEvent(next, event);
     return true;
 }
 

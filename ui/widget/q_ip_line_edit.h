@@ -46,7 +46,7 @@ private:
     QLineEdit *octet_near(int x) const;
     QLineEdit *neighbour(const QLineEdit *octet, int step) const;
     bool handle_key(QLineEdit *octet, QKeyEvent *event);
-    bool handle_digit(const QLineEdit *octet, QKeyEvent *event);
+    bool handle_digit(QLineEdit *octet, QKeyEvent *event);
     void copy_address() const;
     void paste_into(QLineEdit *octet);
 
