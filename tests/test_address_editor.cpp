@@ -45,6 +45,8 @@ private slots:
     void key_is_lost_or_lands_in_the_wrong_octet_data();
     void key_is_lost_or_lands_in_the_wrong_octet();
     void clipboard_means_one_octet_or_a_cut_text();
+    void invalid_address_is_taken();
+    void dots_are_missing();
 };
 
 void test_address_editor::key_is_lost_or_lands_in_the_wrong_octet_data()
@@ -114,6 +116,42 @@ void test_address_editor::clipboard_means_one_octet_or_a_cut_text()
         QTest::keySequence(QApplication::focusWidget(), QKeySequence::Copy);
         QCOMPARE(QGuiApplication::clipboard()->text(), results.at(row));
     }
+}
+
+void test_address_editor::invalid_address_is_taken()
+{
+    const QPair<const char *, bool> rows[] = {
+        {"192.168.001.010", true}, {"255.255.255.255", true}, {"0.0.0.0", true},
+        {"256.1.1.1", false},      {"1.2.3", false},          {"1.2.3.4.5", false},
+        {"1.2.3.", false},         {"1.2.3.4 ", false},       {"1.2.3.260", false}};
+    for (const auto &[address, valid] : rows) {
+        QIPLineEdit field;
+        field.setText(address);
+        QCOMPARE(field.text(), valid ? QString(address) : QStringLiteral("..."));
+    }
+}
+
+void test_address_editor::dots_are_missing()
+{
+    QIPLineEdit field;
+    field.setStyleSheet("background: black; border: none");
+    QVERIFY(enter(field));
+    const QImage image = field.grab().toImage();
+    const auto white = [&image](int left, int right) {
+        int count = 0;
+        for (int x = left; x < right; ++x)
+            for (int y = 0; y < image.height(); ++y)
+                count += image.pixelColor(x, y) == Qt::white ? 1 : 0;
+        return count;
+    };
+    const auto octets = field.findChildren<QLineEdit *>();
+    QCOMPARE(octets.size(), 4);
+    for (int index = 1; index < 4; ++index) {
+        const int left = octets[index - 1]->geometry().right() + 1;
+        QCOMPARE(octets[index]->x() - left, 10);
+        QVERIFY(white(left, octets[index]->x()) > 3);
+    }
+    QCOMPARE(white(0, octets[0]->x()) + white(octets[3]->geometry().right(), image.width()), 0);
 }
 
 QTEST_MAIN(test_address_editor)

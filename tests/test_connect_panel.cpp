@@ -3,8 +3,10 @@
 #include "drv/drv_device.h"
 #include "tests/support/simulator.h"
 #include "tests/support/window_driver.h"
+#include "ui/ui_connect_widget.h"
 
 #include <QComboBox>
+#include <QSignalSpy>
 #include <QtTest/QTest>
 
 class test_connect_panel : public QObject
@@ -16,6 +18,7 @@ private slots:
     void start_or_a_busy_instrument_looks_connected();
     void rescan_lists_foreign_instruments_or_shifts_positions();
     void rescan_of_an_empty_bus_says_nothing();
+    void failed_open_passes_for_the_connection();
     void lan_connect_takes_the_wrong_end();
     void mismatch_keeps_the_last_connection();
     void broken_identity_shows_a_panel();
@@ -70,6 +73,32 @@ void test_connect_panel::rescan_of_an_empty_bus_says_nothing()
     QCOMPARE(driver.link_text(), "(USB)");
 }
 
+void test_connect_panel::failed_open_passes_for_the_connection()
+{
+    window_driver_t driver;
+    QVERIFY(driver.connect_usb("SN44"));
+    const QString status = driver.status_text();
+    auto *const list = driver.window.findChild<QComboBox *>();
+    for (const int error : {1, simulator_t::vi_error_io}) {
+        simulator.fail_call(CORVANE_SIM_OPEN, 1, error);
+        choose_item(*list, error == 1 ? 1 : 2);
+        QCOMPARE(driver.status_text(), status);
+        QCOMPARE(driver.link_text(), "(USB)");
+        QCOMPARE(driver.panel(), "ui_44port_control_widget_t");
+        QCOMPARE(driver.take_boxes(), QStringList());
+    }
+    choose_item(*list, 1);
+    QVERIFY(driver.status_text() != status);
+
+    QSignalSpy lost(driver.window.findChild<ui_connect_widget_t *>(),
+                    SIGNAL(device_disconnect_msg()));
+    QMetaObject::invokeMethod(driver.window.findChild<ui_connect_widget_t *>(),
+                              "device_disconnect_slot");
+    QCOMPARE(lost.size(), 1);
+    QCOMPARE(driver.link_text(), "(/)");
+    QCOMPARE(int(drv_command_t::instance()->link_mode()), 2);
+}
+
 void test_connect_panel::lan_connect_takes_the_wrong_end()
 {
     const char *const rows[][4] = {
@@ -97,6 +126,10 @@ void test_connect_panel::mismatch_keeps_the_last_connection()
     driver.connect_lan("127.0.0.1");
     QCOMPARE(driver.link_text(), "(LAN)");
     const QString status = driver.status_text();
+    QCOMPARE(driver.button("Rescan"), nullptr);
+    QVERIFY(driver.click("USB") && driver.button("Rescan") != nullptr);
+    QCOMPARE(driver.button("Apply"), nullptr);
+    QCOMPARE(driver.link_text(), "(LAN)");
     simulator.script_reply("*IDN?", "OTHER\n");
     driver.connect_lan("127.0.0.2");
     QCOMPARE(driver.link_text(), "(/)");

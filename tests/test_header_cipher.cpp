@@ -6,14 +6,20 @@
 
 namespace {
 
-/// Crypts in place, with a length that has to be rounded up to the size of `text`.
+const std::uint8_t *bytes(const QByteArray &text)
+{
+    return reinterpret_cast<const std::uint8_t *>(text.constData());
+}
+
+/// Crypts with a length that has to be rounded up to the size of `text`; deciphers in place.
 QByteArray crypted(QByteArray text, const QByteArray &key, bool decipher)
 {
-    auto *const place = reinterpret_cast<std::uint8_t *>(text.data());
-    des_crypt(place, place, static_cast<std::size_t>(text.size()) - 7,
-              reinterpret_cast<const std::uint8_t *>(key.constData()),
-              static_cast<std::size_t>(key.size()), decipher);
-    return text;
+    QByteArray result = decipher ? text : QByteArray(text.size(), 'x');
+    auto *const place = reinterpret_cast<std::uint8_t *>(result.data());
+    const bool done =
+        des_crypt(place, decipher ? place : bytes(text), static_cast<std::size_t>(text.size()) - 7,
+                  bytes(key), static_cast<std::size_t>(key.size()), decipher);
+    return done ? result : QByteArray();
 }
 
 } // namespace
@@ -24,6 +30,7 @@ class test_header_cipher : public QObject
 
 private slots:
     void standard_des_or_a_wrong_table_is_used();
+    void null_is_read_or_written();
 };
 
 // The third column was worked out by hand-written Python on lists of bits: the tables typed anew
@@ -50,6 +57,14 @@ void test_header_cipher::standard_des_or_a_wrong_table_is_used()
         QCOMPARE(crypted(plain, key, false).toHex(), QByteArray(ciphered));
         QCOMPARE(crypted(QByteArray::fromHex(ciphered), key, true), plain);
     }
+}
+
+void test_header_cipher::null_is_read_or_written()
+{
+    std::uint8_t block[16] = {};
+    QVERIFY(!des_crypt(nullptr, block, 8, block, 8, true));
+    QVERIFY(!des_crypt(block, nullptr, 8, block, 8, true));
+    QVERIFY(!des_crypt(block, block, 8, nullptr, 8, true));
 }
 
 QTEST_GUILESS_MAIN(test_header_cipher)

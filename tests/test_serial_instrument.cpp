@@ -9,8 +9,8 @@
 #include <QTemporaryDir>
 #include <QtTest/QTest>
 
-/// Runs with no VISA library and among the serial ports of support/serial_ports.umockdev. Only one
-/// of them is an instrument's; a corvane-sim process is behind it.
+/// Runs with no VISA library and among the serial ports of support/serial_ports.umockdev.in. Only
+/// one of them is an instrument's; a corvane-sim process is behind it.
 class test_serial_instrument : public QObject
 {
     Q_OBJECT
@@ -38,7 +38,8 @@ void test_serial_instrument::plug(const QStringList &options)
     const QDir devices(qEnvironmentVariable("UMOCKDEV_DIR") + "/dev");
     devices.mkpath(".");
     sim.setStandardErrorFile(log.fileName());
-    sim.start(CORVANE_SIM, QStringList{"--log", "--link", devices.filePath("ttyACM44")} + options);
+    sim.start(CORVANE_SIM,
+              QStringList{"--log", "--link", devices.filePath(CORVANE_SERIAL_PORT)} + options);
     while (!sim.canReadLine() && sim.waitForReadyRead()) {
     }
     if (sim.readLine().isEmpty() || !log.open(QIODevice::ReadOnly))
@@ -69,7 +70,7 @@ void test_serial_instrument::wrong_port_is_taken_or_a_write_is_lost()
     plug({"--fleet", fleet.fileName()});
     window_driver_t driver;
     QVERIFY(driver.click("Rescan"));
-    QCOMPARE(driver.devices(), QStringList("ttyACM44"));
+    QCOMPARE(driver.devices(), QStringList(CORVANE_SERIAL_PORT));
     QCOMPARE(driver.status_text(), QString("TMX5044,Serial:SN1,Version:1") + QChar(0) + "主");
     QCOMPARE(driver.link_text(), "(USB)");
     QCOMPARE(driver.lit_ports(), QStringList({"A", "2"}));
@@ -125,7 +126,7 @@ void test_serial_instrument::paced_reply_is_read_wrongly()
     std::string out = "before";
     QVERIFY(!command.send_command("ROUTes?") && !command.query("ROUTes?", out));
     plug(pace);
-    QVERIFY(command.serial_open("ttyACM44") && command.serial_open("another"));
+    QVERIFY(command.serial_open(CORVANE_SERIAL_PORT) && command.serial_open("another"));
     QVERIFY(!command.read_reply(out));
     QCOMPARE(command.query("ROUTes?", out), text != "before");
     QCOMPARE(QString::fromStdString(out), text);
@@ -146,7 +147,7 @@ void test_serial_instrument::lost_line_hangs_or_cannot_be_opened_again()
     // That would be a dozen queries of 200 ms at most, but a line that is gone is not waited for.
     QVERIFY2(lost.elapsed() < 2400, qPrintable(QString::number(lost.elapsed())));
     QCOMPARE(driver.lit_ports(), QStringList());
-    QCOMPARE(driver.devices(), QStringList("ttyACM44"));
+    QCOMPARE(driver.devices(), QStringList(CORVANE_SERIAL_PORT));
     QCOMPARE(driver.take_boxes(), QStringList());
 
     plug();

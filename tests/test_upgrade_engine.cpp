@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "drv/drv_command.h"
 #include "drv/drv_device.h"
+#include "tests/support/conversation.h"
 #include "tests/support/package_folder.h"
+#include "tests/support/recorded_pauses.h"
 #include "tests/support/simulator.h"
 #include "upgrade/segment_handlers.h"
 #include "upgrade/upgrade_file.h"
@@ -26,8 +28,8 @@ QByteArrayList image_texts(const QByteArray &announce, const QByteArray &image)
     return texts;
 }
 
-/// Runs the upgrade thread. Answers what it says: "length:type", bytes sent, "success"; nothing
-/// when it hangs.
+/// Runs the upgrade thread. Answers what it says and does: "length:type", bytes sent, "reboot",
+/// "success"; nothing when it hangs.
 QString run_upgrade(const std::string &package)
 {
     QStringList said;
@@ -43,6 +45,10 @@ QString run_upgrade(const std::string &package)
     QObject::connect(
         &thread, &upgrade_thread_t::send_upgrade_success, &thread, [&said] { said << "success"; },
         Qt::DirectConnection);
+    recorded_pauses_t::instance().on_pause([&said](unsigned long pause) {
+        if (pause == 500 && said.last() != "reboot")
+            said << "reboot";
+    });
     set_upgrade_file_name(package);
     thread.start();
     return thread.wait(30'000) ? said.join(' ') : QString();
@@ -59,7 +65,8 @@ private slots:
     void segment_arrives_changed_or_fails_unnoticed_data();
     void segment_arrives_changed_or_fails_unnoticed();
     void unready_instrument_is_taken_for_ready();
-    void refused_reboot_is_followed_by_the_wrong_close();
+    void pause_is_missing_or_a_call_out_of_order();
+    void lost_instrument_gets_an_image();
     void mixed_package_is_lost_on_the_way();
     void failed_upgrade_goes_on_or_leaves_out_the_reboot_data();
     void failed_upgrade_goes_on_or_leaves_out_the_reboot();
@@ -78,6 +85,7 @@ void test_upgrade_engine::init()
     simulator.load_fleet(R"({"default_timeout_ms": 100, "reboot_ms": 0, "instruments": [
         {"product": 44, "serial": "U1", "resources": [")" +
                          resource + R"("]}]})");
+    recorded_pauses_t::instance().reset();
     fill_segment_handlers();
     QVERIFY(drv_device_t::instance()->usb_connect_resource(resource.toStdString()));
     drv_command_t::instance()->set_link_mode(link_modes::connected);
@@ -159,18 +167,32 @@ void test_upgrade_engine::unready_instrument_is_taken_for_ready()
     QCOMPARE(simulator.take_texts().size(), 13);
 }
 
-void test_upgrade_engine::refused_reboot_is_followed_by_the_wrong_close()
+void test_upgrade_engine::pause_is_missing_or_a_call_out_of_order()
 {
-    const quint64 before = simulator.calls(CORVANE_SIM_CLOSE);
+    const QString query = "write 5 10 read";
+    const QString reopen = " 500 " + QString("open 500 ").repeated(10) + "find open";
+    const QString two_blocks =
+        ("write 5 10 " + query) + QString(" write 5 150 " + query).repeated(2);
+    const auto sent = [this](quint32 type, const QByteArray &payload) {
+        return conversation(simulator, [&] { send(type, payload, quint32(payload.size())); });
+    };
+    QCOMPARE(sent(5, "TMX"), QString("write 5 30"));
+    QCOMPARE(sent(3, pattern(2049)), two_blocks);
+    QCOMPARE(sent(1, pattern(2049)), "write 5 close" + reopen + ' ' + two_blocks);
+    QCOMPARE(conversation(simulator, reboot), "write 5 close" + reopen);
     simulator.fail_call(CORVANE_SIM_WRITE);
-    QVERIFY(reboot());
-    QCOMPARE(simulator.calls(CORVANE_SIM_CLOSE), before);
+    QCOMPARE(conversation(simulator, reboot), QString("write 5 500 open"));
+    simulator.fail_call(CORVANE_SIM_WRITE);
+    QCOMPARE(conversation(simulator, reboot_to_loader), "write 5 close" + reopen);
+    simulator.script_reply(ready, "0\n");
+    QCOMPARE(conversation(simulator, wait_ready), QString(query + ' ').repeated(12).trimmed());
+}
 
-    simulator.fail_call(CORVANE_SIM_WRITE);
+void test_upgrade_engine::lost_instrument_gets_an_image()
+{
     simulator.fail_call(CORVANE_SIM_FIND_RSRC);
     QCOMPARE(send(1, "host", 4), 0U);
-    QCOMPARE(simulator.calls(CORVANE_SIM_CLOSE), before + 1);
-    QCOMPARE(simulator.take_texts(), QByteArrayList());
+    QCOMPARE(simulator.take_texts(), QByteArrayList{loader_text});
 }
 
 void test_upgrade_engine::mixed_package_is_lost_on_the_way()
@@ -181,7 +203,7 @@ void test_upgrade_engine::mixed_package_is_lost_on_the_way()
         make_package(44, {{3, boot}, {5, "TMX"}, {3, {}}, {1, host}, {8, "\x20"}})));
 
     QCOMPARE(said, QString("2049:3 2048 2049 2049 3:5 3 3 0:3 0 "
-                           "3000:1 2048 3000 3000 1:8 1 1 success"));
+                           "3000:1 reboot 2048 3000 3000 1:8 1 1 reboot success"));
     QCOMPARE(simulator.take_texts(), image_texts("BOOTUG ", boot)
                                          << "SYSTem:DEVice:PRODUCTUG TMX" << loader_text
                                          << image_texts("HOSTUG ", host)
@@ -207,7 +229,7 @@ void test_upgrade_engine::failed_upgrade_goes_on_or_leaves_out_the_reboot()
 {
     QFETCH(QByteArray, package);
     QFETCH(QString, last);
-    QCOMPARE(run_upgrade(folder.write_package(package)), "3:5 3 3 " + last);
+    QCOMPARE(run_upgrade(folder.write_package(package)), "3:5 3 3 " + last + " reboot");
     QCOMPARE(simulator.take_texts(), (QByteArrayList{"SYSTem:DEVice:PRODUCTUG TMX", reboot_text}));
     QVERIFY(drv_device_t::instance()->link_write("*CLS", 4));
 }

@@ -3,6 +3,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QHash>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QtTest/QTest>
@@ -36,10 +37,15 @@ void test_visa_search::library_is_missed_or_a_useless_one_taken_data()
     QTest::newRow("libvisa.so=lacks viRead|libktvisa32.so=complete") << true;
     QTest::newRow("libvisa.so=lacks viRead|libiovisa.so=text") << false;
     QTest::newRow("libother.so=complete") << false;
+    QTest::newRow("libvisa.so=opens at the right terms") << true;
 }
 
 void test_visa_search::library_is_missed_or_a_useless_one_taken()
 {
+    static const QHash<QString, QString> libraries{
+        {"complete", CORVANE_SIM_VISA},
+        {"lacks viRead", CORVANE_LACKING_VISA},
+        {"opens at the right terms", CORVANE_OPENING_VISA}};
     QFETCH(bool, found);
     const QTemporaryDir root(QDir::tempPath() + QStringLiteral("/库 XXXXXX"));
     QStringList path;
@@ -49,8 +55,7 @@ void test_visa_search::library_is_missed_or_a_useless_one_taken()
         const QString name = path.last() + '/' + file.section('=', 0, 0);
         const QString kind = file.section('=', 1);
         if (kind != "text") {
-            QVERIFY(
-                QFile::link(kind == "complete" ? CORVANE_SIM_VISA : CORVANE_LACKING_VISA, name));
+            QVERIFY(QFile::link(libraries.value(kind), name));
             continue;
         }
         QFile text(name);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Two VISA libraries that are of no use: one lacks viRead, the other's default resource manager
-// does not open.
+// VISA libraries that are of no use: one lacks viRead, another's default resource manager does not
+// open. A third one opens whatever it is asked to open without a lock and within 200 ms.
 
 #include <cstdint>
 
@@ -15,10 +15,10 @@ constexpr auto system_error = static_cast<std::int32_t>(0xBFFF0000);
 CORVANE_EXPORT std::int32_t viOpenDefaultRM(std::uint32_t *session)
 {
     *session = 1;
-#ifdef CORVANE_LACKS_READ
-    return 0;
-#else
+#ifdef CORVANE_LACKS_MANAGER
     return system_error;
+#else
+    return 0;
 #endif
 }
 
@@ -33,7 +33,16 @@ CORVANE_REFUSING(viGetAttribute)
 CORVANE_REFUSING(viClose)
 CORVANE_REFUSING(viFindRsrc)
 CORVANE_REFUSING(viFindNext)
+#ifdef CORVANE_OPENS
+CORVANE_EXPORT std::int32_t viOpen(std::uint32_t manager, const char * /*name*/, std::uint32_t mode,
+                                   std::uint32_t timeout_ms, std::uint32_t *session)
+{
+    *session = 2;
+    return manager == 1 && mode == 0 && timeout_ms == 200 ? 0 : system_error;
+}
+#else
 CORVANE_REFUSING(viOpen)
+#endif
 CORVANE_REFUSING(viClear)
 CORVANE_REFUSING(viWrite)
 #ifndef CORVANE_LACKS_READ

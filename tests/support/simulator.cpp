@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/simulator.h"
 
+#include <QFile>
+
 namespace {
 
 /// Calls a copying function twice: for the size, then for the bytes.
@@ -48,7 +50,15 @@ simulator_t::simulator_t() : library(QStringLiteral("libvisa.so"))
 
 void simulator_t::reset()
 {
+    static const QByteArray fleet = [] {
+        QFile file(QStringLiteral(CORVANE_FLEET));
+        if (!file.open(QIODevice::ReadOnly))
+            qFatal("no fleet in %s", CORVANE_FLEET);
+        return file.readAll().replace(R"("default_timeout_ms": 2000)",
+                                      R"("default_timeout_ms": 50)");
+    }();
     CONTROL(corvane_sim_reset)();
+    load_fleet(fleet);
 }
 
 void simulator_t::load_fleet(const QByteArray &json)

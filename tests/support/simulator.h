@@ -19,7 +19,8 @@ public:
     /// Ends the test program when the simulator is not on the loader's path.
     simulator_t();
 
-    /// Everything as at the start: instruments, log, faults, sessions.
+    /// Everything as at the start: instruments, log, faults, sessions. Only the time-out is
+    /// shorter, so that an instrument that stays silent costs no time.
     void reset();
     /// Replaces the instruments by those of a fleet file's text.
     void load_fleet(const QByteArray &json);
