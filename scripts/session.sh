@@ -1,7 +1,8 @@
 # SPDX-License-Identifier: MIT
 # shellcheck shell=bash
 # How a session is played on the display as a user would, with the mouse and the keyboard; to be
-# sourced behind common.sh. Every step waits for what has to be painted, never for a time alone.
+# sourced behind common.sh. Every step waits for what has to be painted, never for a time alone; and
+# what talks to the instrument is followed by such a wait, because input is dropped meanwhile.
 
 # Where things are, in pixels from the upper left of the display, where the main window stands at
 # its first size. Those of a dialog are added when it is there.
@@ -10,7 +11,7 @@ declare -A place=(
     [Tool-Upgrade]="87 101"
     [Rescan]="922 103" [Apply]="922 103" [LAN]="18 81" [address]="177 103" [last-octet]="780 103"
     [USB]="40 113" [link]="460 46" [Reset]="941 175" [A]="187 208" [C]="603 208"
-    [D]="811 208" [3]="219 325" [20]="622 269" [away]="500 392"
+    [D]="811 208" [3]="219 325" [10]="778 325" [20]="622 269" [away]="500 392"
 )
 
 # begin_session FOLDER PROGRAM [ARG...]: the program runs until the script ends.
@@ -27,7 +28,7 @@ begin_session() {
 }
 
 end_session() {
-    kill "$program"
+    kill "$program" || true
     rm -f "$shots"/{old,new}.png
 }
 
@@ -93,12 +94,13 @@ dialog() {
     done
 }
 
-# leave TITLE KEY: closes a dialog with a key. Pictures show the whole display again.
+# leave TITLE KEY: closes a dialog with a key, which is lost while the program talks to the
+# instrument and then given again. Pictures show the whole display afterwards.
 leave() {
-    local end=$((SECONDS + 30))
-    xdotool key "$2"
+    local end=$((SECONDS + 30)) polls=0
     while xdotool search --onlyvisible --name "^$1\$" >/dev/null 2>&1; do
         [ "$SECONDS" -lt "$end" ] || fail "the window $1 does not close"
+        [ $((polls++ % 20)) -ne 0 ] || xdotool key "$2"
         sleep 0.1
     done
     part=()
