@@ -4,6 +4,7 @@
 #include "tests/support/window_driver.h"
 #include "ui/ui_central_widget.h"
 
+#include <QToolButton>
 #include <QtTest/QTest>
 
 class test_main_window : public QObject
@@ -15,6 +16,7 @@ private slots:
     void menus_lack_an_entry();
     void device_action_is_not_refused();
     void vna_port_count_follows_the_product();
+    void constructor_leaves_a_panel_out();
     void exit_ends_the_event_loop();
 
 private:
@@ -59,6 +61,28 @@ void test_main_window::vna_port_count_follows_the_product()
     for (const auto &[product, count] : counts) {
         frame->change_port_widget_slot(product);
         QCOMPARE(frame->vna_port_count(), count);
+    }
+}
+
+/// Of a window that is never shown, too.
+void test_main_window::constructor_leaves_a_panel_out()
+{
+    const MainWindow window(nullptr);
+    const QMap<QString, int> button_counts{
+        {"21", 8}, {"22", 14}, {"24", 26}, {"42", 16}, {"44", 28}};
+    for (auto product = button_counts.begin(); product != button_counts.end(); ++product) {
+        const QString name = QString("ui_%1port_control_widget_t").arg(product.key());
+        const QWidget *panel = nullptr;
+        for (const QWidget *const candidate : window.findChildren<QWidget *>("portControlWidget"))
+            if (candidate->metaObject()->className() == name)
+                panel = candidate;
+        QVERIFY2(panel != nullptr, qPrintable(name));
+        QCOMPARE(panel->styleSheet(),
+                 name + "#portControlWidget{border-image:url(:/image/panel.png)}");
+        const auto buttons = panel->findChildren<QToolButton *>();
+        QCOMPARE(buttons.size(), product.value());
+        for (const QToolButton *const button : buttons)
+            QCOMPARE(button->styleSheet(), QString("color:white;font-size:28px;"));
     }
 }
 

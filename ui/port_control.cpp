@@ -3,11 +3,10 @@
 
 #include "drv/drv_command.h"
 #include "ui/led_color.h"
-#include "ui/port_group.h"
+#include "ui/port_veil.h"
 #include "ui/widget/ui_push_button.h"
 #include "ui/widget/ui_tool_button.h"
 
-#include <QApplication>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -55,21 +54,23 @@ void set_text_color(QWidget *widget, const QString &color)
         widget->setStyleSheet(style);
 }
 
-port_control_t::port_control_t(const port_layout_t &layout, QWidget *parent)
+port_control_t::port_control_t(const port_layout_t &layout, QWidget *parent,
+                               const QString &object_name, const QString &style_sheet)
     : QFrame(parent),
       layout_data(layout),
       test_buttons{{QStringLiteral("0"), nullptr}},
-      port_colors(layout.default_colors),
-      focus_ring(new QFocusFrame(this))
+      port_colors(layout.default_colors)
 {
-    setObjectName(QStringLiteral("portControlWidget"));
+    // Before there are buttons: a sheet that comes later styles each of them again.
+    setObjectName(object_name);
+    setStyleSheet(style_sheet);
     for (const QString &letter : layout_data.routed_ports)
         routes.insert(letter, nullptr);
     build_vna_buttons();
     build_test_blocks();
     build_reset_button();
+    build_veil();
     set_tab_order();
-    follow_focus();
 
     auto *const top_layout = new QHBoxLayout;
     top_layout->addStretch(1);
@@ -82,14 +83,6 @@ port_control_t::port_control_t(const port_layout_t &layout, QWidget *parent)
     rows->addLayout(vna_layout);
     rows->addSpacing(row_spacing);
     rows->addLayout(test_layout);
-}
-
-/// The picture is decoded when the panel is first seen, for most panels never are.
-void port_control_t::showEvent(QShowEvent *event)
-{
-    if (styleSheet().isEmpty())
-        set_panel_picture(this, QStringLiteral(":/image/panel.png"));
-    QFrame::showEvent(event);
 }
 
 void port_control_t::connect_slots()
@@ -148,6 +141,16 @@ void port_control_t::build_reset_button()
     reset_btn->setFocusPolicy(Qt::TabFocus);
 }
 
+/// Test ports are disabled by block.
+void port_control_t::build_veil()
+{
+    auto *const veil = new port_veil_t(this);
+    for (ui_tool_button_t *const button : qAsConst(vna_buttons))
+        veil->watch(button);
+    for (QGroupBox *const block : qAsConst(test_blocks))
+        veil->watch(block);
+}
+
 /// VNA ports first, then the test ports in the order of their numbers, then Reset.
 void port_control_t::set_tab_order()
 {
@@ -160,13 +163,6 @@ void port_control_t::set_tab_order()
     order.append(reset_btn);
     for (int index = 1; index < order.size(); ++index)
         setTabOrder(order.at(index - 1), order.at(index));
-}
-
-void port_control_t::follow_focus()
-{
-    connect(qApp, &QApplication::focusChanged, this, [this](QWidget * /*old*/, QWidget *now) {
-        focus_ring->setWidget(now != nullptr && isAncestorOf(now) ? now : nullptr);
-    });
 }
 
 void port_control_t::refresh()

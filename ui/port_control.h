@@ -4,7 +4,6 @@
 #include "ui/port_layout.h"
 
 #include <QButtonGroup>
-#include <QFocusFrame>
 #include <QFrame>
 #include <QMap>
 #include <QString>
@@ -34,7 +33,8 @@ public:
     virtual void device_connect_slot() = 0;
 
 protected:
-    port_control_t(const port_layout_t &layout, QWidget *parent);
+    port_control_t(const port_layout_t &layout, QWidget *parent, const QString &object_name,
+                   const QString &style_sheet);
 
     /// Connects the buttons with the slots of the product's class; call from its constructor.
     void connect_slots();
@@ -48,15 +48,13 @@ protected:
     void click_test_port(QAbstractButton *button);
     void refresh();
 
-    void showEvent(QShowEvent *event) override;
-
 private:
     void build_vna_buttons();
     void build_test_blocks();
     QGroupBox *build_block(int first_port);
     void build_reset_button();
+    void build_veil();
     void set_tab_order();
-    void follow_focus();
 
     void refresh_port_colors();
     void refresh_routes();
@@ -79,6 +77,4 @@ private:
     QHBoxLayout *vna_layout;
     QGridLayout *test_layout;
     ui_push_button_t *reset_btn;
-    /// Drawn around the button that the keyboard has reached; clicks do not move the focus.
-    QFocusFrame *focus_ring;
 };

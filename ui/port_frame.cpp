@@ -7,18 +7,18 @@
 #include <QGroupBox>
 #include <QVBoxLayout>
 
-port_frame_t::port_frame_t(QWidget *parent) : QFrame(parent), group(build_port_group(this))
+port_frame_t::port_frame_t(const char *control_class_name, make_control_t make_control,
+                           QWidget *parent)
+    : QFrame(parent)
 {
+    const QString object_name = QStringLiteral("portControlWidget");
+    QGroupBox *const group = build_port_group(this);
+    control = make_control(group, object_name,
+                           picture_style(QString::fromLatin1(control_class_name), object_name,
+                                         QStringLiteral(":/image/panel.png")));
+    group->layout()->addWidget(control);
+
     auto *const frame_layout = new QVBoxLayout(this);
     frame_layout->setContentsMargins(0, 0, 0, 0);
     frame_layout->addWidget(group);
-}
-
-port_control_t *port_frame_t::control_widget()
-{
-    if (control == nullptr) {
-        control = make_control(group);
-        group->layout()->addWidget(control);
-    }
-    return control;
 }

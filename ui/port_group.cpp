@@ -19,9 +19,7 @@ QGroupBox *build_port_group(QWidget *frame)
     return group;
 }
 
-void set_panel_picture(QWidget *widget, const QString &picture)
+QString picture_style(const QString &class_name, const QString &object_name, const QString &picture)
 {
-    const QString class_name = QString::fromLatin1(widget->metaObject()->className());
-    widget->setStyleSheet(QStringLiteral("%1#%2{border-image:url(%3)}")
-                              .arg(class_name, widget->objectName(), picture));
+    return QStringLiteral("%1#%2{border-image:url(%3)}").arg(class_name, object_name, picture);
 }

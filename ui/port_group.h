@@ -10,6 +10,7 @@ class QWidget;
 /// the beginning: a widget that gets another parent is styled again.
 QGroupBox *build_port_group(QWidget *frame);
 
-/// Makes `picture` the border image of `widget`, which must have an object name, so that no widget
-/// inside inherits it.
-void set_panel_picture(QWidget *widget, const QString &picture);
+/// The style sheet that makes a picture the border image of one widget, known by its class and its
+/// object name, so that no widget inside inherits it.
+QString picture_style(const QString &class_name, const QString &object_name,
+                      const QString &picture);

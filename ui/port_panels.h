@@ -12,7 +12,9 @@
     {                                                                                              \
         Q_OBJECT                                                                                   \
     public:                                                                                        \
-        explicit class_name(QWidget *parent) : port_control_t(*find_port_layout(product), parent)  \
+        explicit class_name(QWidget *parent, const QString &object_name = {},                      \
+                            const QString &style_sheet = {})                                       \
+            : port_control_t(*find_port_layout(product), parent, object_name, style_sheet)         \
         {                                                                                          \
             connect_slots();                                                                       \
         }                                                                                          \
@@ -29,12 +31,15 @@
     {                                                                                              \
         Q_OBJECT                                                                                   \
     public:                                                                                        \
-        explicit class_name(QWidget *parent) : port_frame_t(parent) {}                             \
-                                                                                                   \
-    private:                                                                                       \
-        port_control_t *make_control(QWidget *parent) const override                               \
+        explicit class_name(QWidget *parent)                                                       \
+            : port_frame_t(                                                                        \
+                  #control_class_name,                                                             \
+                  [](QWidget *group, const QString &object_name,                                   \
+                     const QString &style_sheet) -> port_control_t * {                             \
+                      return new control_class_name(group, object_name, style_sheet);              \
+                  },                                                                               \
+                  parent)                                                                          \
         {                                                                                          \
-            return new control_class_name(parent);                                                 \
         }                                                                                          \
     };
 

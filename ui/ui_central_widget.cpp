@@ -5,7 +5,6 @@
 #include "ui/ui_connect_widget.h"
 #include "ui/ui_port_widget.h"
 
-#include <QTimer>
 #include <QVBoxLayout>
 
 namespace {
@@ -49,22 +48,6 @@ void ui_central_widget_t::add_port_frames()
     }
 }
 
-/// The front panels are made as soon as the user sees the window: what is there before is styled
-/// with the window, whether it is shown or not, and the window would come later.
-void ui_central_widget_t::paintEvent(QPaintEvent *event)
-{
-    QFrame::paintEvent(event);
-    if (!painted)
-        QTimer::singleShot(0, this, [this] { make_panels(); });
-    painted = true;
-}
-
-void ui_central_widget_t::make_panels()
-{
-    for (port_frame_t *const frame : qAsConst(port_frames))
-        frame->control_widget();
-}
-
 int ui_central_widget_t::vna_port_count() const noexcept
 {
     return vna_ports;
@@ -89,7 +72,6 @@ void ui_central_widget_t::change_port_widget_slot(int product_type)
     empty_panel->setVisible(shown == nullptr);
     if (shown == nullptr)
         return;
-    port_control_t *const panel = shown->control_widget();
     shown->show();
-    panel->device_connect_slot();
+    shown->control_widget()->device_connect_slot();
 }

@@ -25,18 +25,13 @@ public slots:
     /// Shows the front panel of the product type, or the blank one for a type that is unknown.
     void change_port_widget_slot(int product_type);
 
-protected:
-    void paintEvent(QPaintEvent *event) override;
-
 private:
     void add_port_frames();
-    void make_panels();
 
     ui_connect_widget_t *connect_widget;
     ui_port_widget_t *empty_panel;
     /// By product type.
     QMap<int, port_frame_t *> port_frames;
-    bool painted = false;
     int current_product_type = 0;
     int vna_ports = 2;
 };

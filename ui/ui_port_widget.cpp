@@ -19,7 +19,8 @@ ui_port_widget_t::ui_port_widget_t(QWidget *parent) : QFrame(parent)
     QGroupBox *const group = build_port_group(this);
     auto *const panel = new ui_empty_widget_t(group);
     panel->setObjectName(QStringLiteral("emptyWidget"));
-    set_panel_picture(panel, QStringLiteral(":/image/panel_1.png"));
+    panel->setStyleSheet(picture_style(QString::fromLatin1(panel->metaObject()->className()),
+                                       panel->objectName(), QStringLiteral(":/image/panel_1.png")));
     panel->setFixedSize(panel_width, panel_height);
     group->layout()->addWidget(panel);
 
