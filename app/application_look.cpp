@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "app/application_look.h"
 
+#include "ui/widget/ui_focus_ring.h"
+
 #include <QApplication>
 #include <QFile>
 #include <QFontDatabase>
@@ -67,6 +69,14 @@ void apply_dark_palette()
 
 } // namespace
 
+void scale_with_display()
+{
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    QGuiApplication::setHighDpiScaleFactorRoundingPolicy(
+        Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
+}
+
 void apply_application_look()
 {
     qApp->setStyleSheet(read_style_sheets({QStringLiteral(":/ui.qss")}));
@@ -74,4 +84,5 @@ void apply_application_look()
     apply_dark_palette();
     apply_font(QStringLiteral(":/front/SourceHanSansCN-Bold.otf"));
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/image/norvale.ico")));
+    new ui_focus_ring_t(qApp);
 }

@@ -13,6 +13,7 @@ constexpr int window_height = 400;
 
 int main(int argc, char **argv)
 {
+    scale_with_display();
     const QApplication application(argc, argv);
     apply_application_look();
     MainWindow window(nullptr);

@@ -1,15 +1,22 @@
 // SPDX-License-Identifier: MIT
+#include "tests/support/dialog_driver.h"
 #include "tests/support/simulator.h"
 #include "tests/support/window_driver.h"
+#include "ui/information_box.h"
 #include "ui/widget/ui_combo_box.h"
 
 #include <QApplication>
 #include <QDirIterator>
 #include <QFontInfo>
 #include <QFontMetrics>
+#include <QGroupBox>
+#include <QLabel>
 #include <QRadioButton>
 #include <QStyleOptionComboBox>
+#include <QToolButton>
 #include <QtTest/QTest>
+
+#include <cmath>
 
 namespace {
 
@@ -21,6 +28,96 @@ int colors_in(QWidget &widget, const QRect &part)
     for (int pixel = 0; pixel < image.width() * image.height(); ++pixel)
         colors.insert(image.pixel(pixel % image.width(), pixel / image.width()));
     return colors.size();
+}
+
+/// The window as it is painted, cut to a widget and so many pixels around it.
+QImage seen(QWidget &window, const QWidget &widget, int around = 0)
+{
+    const QRect part(widget.mapTo(&window, QPoint(0, 0)), widget.size());
+    return window.grab(part.adjusted(-around, -around, around, around)).toImage();
+}
+
+/// Relative luminance, as the Web Content Accessibility Guidelines define it.
+double luminance(QRgb color)
+{
+    const auto linear = [](int level) {
+        const double part = level / 255.0;
+        return part <= 0.03928 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(qRed(color)) + 0.7152 * linear(qGreen(color)) +
+           0.0722 * linear(qBlue(color));
+}
+
+/// The contrast of a button's text to its ground, in the same guidelines' terms.
+double contrast(QWidget &window, const QWidget &button)
+{
+    const QImage image = seen(window, button, -4);
+    QMap<QRgb, int> counts;
+    for (int pixel = 0; pixel < image.width() * image.height(); ++pixel)
+        ++counts[image.pixel(pixel % image.width(), pixel / image.width())];
+    const QList<int> sizes = counts.values();
+    const double ground =
+        luminance(counts.key(*std::max_element(sizes.begin(), sizes.end()))) + 0.05;
+    double highest = 1;
+    for (const QRgb color : counts.keys())
+        highest = qMax(highest, (luminance(color) + 0.05) / ground);
+    return highest;
+}
+
+/// Whether a ring of one light grey is painted around the widget.
+bool is_ringed(QWidget &window, const QWidget &widget)
+{
+    const QImage image = seen(window, widget, 1);
+    const QRgb color = image.pixel(0, image.height() / 2);
+    for (int x = 0; x < image.width(); ++x)
+        if (image.pixel(x, 0) != color || image.pixel(x, image.height() - 1) != color)
+            return false;
+    return qRed(color) == qGreen(color) && qGreen(color) == qBlue(color) && qRed(color) > 200;
+}
+
+/// Goes once around a window with Tab; the stops that look the same with the focus and without.
+QStringList unseen_stops(QWidget &window)
+{
+    QStringList unseen;
+    const QWidget *first = nullptr;
+    for (;;) {
+        const QImage before = window.grab().toImage();
+        QTest::keyClick(window.focusWidget() != nullptr ? window.focusWidget() : &window,
+                        Qt::Key_Tab);
+        const QWidget *const stop = window.focusWidget();
+        if (stop == first)
+            return unseen;
+        if (first == nullptr)
+            first = stop;
+        const QRect around(stop->mapTo(&window, QPoint(-2, -2)), stop->size() + QSize(4, 4));
+        const double ratio = before.devicePixelRatio();
+        const QRect part(around.topLeft() * ratio, around.size() * ratio);
+        if (before.copy(part) == window.grab().toImage().copy(part))
+            unseen.append(stop->metaObject()->className());
+    }
+}
+
+/// The texts that do not fit where they stand.
+QStringList cut_texts(const QWidget &window)
+{
+    QStringList cut;
+    for (const auto *const widget : window.findChildren<QWidget *>()) {
+        const bool group = widget->inherits("QGroupBox");
+        const QString text = widget->property(group ? "title" : "text").toString();
+        if (!widget->isVisible() || text.isEmpty() || widget->inherits("QLineEdit"))
+            continue;
+        const QFontMetrics metrics = widget->fontMetrics();
+        // A text that is broken into lines needs height.
+        const bool lines = widget->hasHeightForWidth();
+        const int width = widget->inherits("QLabel") ? widget->sizeHint().width()
+                                                     : metrics.horizontalAdvance(text);
+        const int height = lines ? widget->heightForWidth(widget->width())
+                                 : metrics.tightBoundingRect(text).height();
+        if ((!lines && width > widget->width()) || height > widget->height() ||
+            widget->visibleRegion().boundingRect() != widget->rect())
+            cut.append(text);
+    }
+    return cut;
 }
 
 } // namespace
@@ -35,8 +132,15 @@ private slots:
     void font_lacks_a_character();
     void svg_image_of_the_style_sheet_is_blank();
     void panel_does_not_fit_the_window();
+    void disabled_port_looks_enabled_data();
+    void disabled_port_looks_enabled();
+    void ring_vanishes_or_takes_a_color();
+    void window_cuts_a_text_or_hides_the_focus_data();
+    void window_cuts_a_text_or_hides_the_focus();
 
 private:
+    void use_window(const QString &name, const std::function<void(QWidget &)> &use);
+
     simulator_t simulator;
 };
 
@@ -90,6 +194,117 @@ void test_look::panel_does_not_fit_the_window()
             QVERIFY2(!button->isVisible() || seen == button->rect(), serial);
         }
     }
+}
+
+void test_look::disabled_port_looks_enabled_data()
+{
+    QTest::addColumn<QByteArray>("routes");
+    QTest::addColumn<int>("disabled");
+    QTest::newRow("SN44") << QByteArray("0,13,7,20\n") << 3 + 12;
+    QTest::newRow("SN42") << QByteArray("0,2,7,8\n") << 3 + 6;
+    for (const char *const product : {"SN24", "SN22", "SN21"})
+        QTest::newRow(product) << QByteArray("0,2\n") << 1;
+}
+
+/// Lit or not. Blue on black has too little contrast to be halved; of what it has above none at
+/// all, half goes.
+void test_look::disabled_port_looks_enabled()
+{
+    QFETCH(QByteArray, routes);
+    QFETCH(int, disabled);
+    simulator.script_reply("ROUTes?", routes);
+    window_driver_t driver;
+    QVERIFY(driver.connect_usb(QTest::currentDataTag()));
+    QMap<const QToolButton *, double> before;
+    for (const auto *const port : driver.window.findChildren<QToolButton *>())
+        if (port->isVisible())
+            before.insert(port, contrast(driver.window, *port));
+    QVERIFY(driver.click("A"));
+    QCOMPARE(driver.disabled_ports().size(), disabled);
+    for (auto port = before.begin(); port != before.end(); ++port) {
+        const double now = contrast(driver.window, *port.key());
+        const bool can_be_halved = port.value() > 2.2;
+        const double limit = (port.value() + (can_be_halved ? 0 : 1)) / 2;
+        const QByteArray figures = port.key()->text().toLatin1() + ": " +
+                                   QByteArray::number(port.value()) + " -> " +
+                                   QByteArray::number(now);
+        if (port.key()->isEnabled())
+            QVERIFY2(port.key()->text() == "A" || now == port.value(), figures);
+        else
+            QVERIFY2(now <= limit && now > 1.1, figures);
+    }
+}
+
+void test_look::ring_vanishes_or_takes_a_color()
+{
+    window_driver_t driver;
+    QVERIFY(driver.connect_usb("SN42"));
+    QVERIFY(driver.click("Reset"));
+    for (const char *const port : {"A", "5"}) {
+        const QAbstractButton *const button = driver.button(port);
+        QVERIFY(!is_ringed(driver.window, *button));
+        while (QApplication::focusWidget() != button)
+            QTest::keyClick(&driver.window, Qt::Key_Tab);
+        QVERIFY(is_ringed(driver.window, *button));
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
+        QVERIFY(driver.lit_ports().contains(port));
+        QVERIFY(is_ringed(driver.window, *button));
+    }
+    driver.window.resize(1100, 450);
+    QTRY_VERIFY(is_ringed(driver.window, *driver.button("5")));
+    // A mouse is in use: where the keyboard would act is not of interest.
+    QVERIFY(driver.click("C"));
+    QVERIFY(!is_ringed(driver.window, *driver.button("5")));
+}
+
+/// Opens the window with this name, uses it and closes it.
+void test_look::use_window(const QString &name, const std::function<void(QWidget &)> &use)
+{
+    if (name == "message box") {
+        QWidget parent;
+        QVERIFY(use_dialog([&parent] { show_information(&parent, "Upgrade file error!"); }, use));
+        return;
+    }
+    window_driver_t driver;
+    QVERIFY(driver.connect_usb("SN44"));
+    if (driver.click(name)) {
+        driver.window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&driver.window));
+        use(driver.window);
+        return;
+    }
+    const auto open = [&] {
+        if (!driver.choose(name.section(' ', 0, 0), name.section(' ', 1)))
+            QMetaObject::invokeMethod(&driver.window, "product_btn_click_slot");
+        QVERIFY(QTest::qWaitFor([] { return QApplication::activeModalWidget() == nullptr; }));
+    };
+    QVERIFY(use_dialog(open, use));
+}
+
+void test_look::window_cuts_a_text_or_hides_the_focus_data()
+{
+    QTest::addColumn<int>("width");
+    QTest::newRow("USB") << 1000;
+    QTest::newRow("LAN") << 1000;
+    QTest::newRow("Tool LAN") << 400;
+    QTest::newRow("Tool Scpi") << 450;
+    QTest::newRow("Tool Color") << 350;
+    QTest::newRow("Tool Upgrade") << 450;
+    QTest::newRow("product") << 350;
+    QTest::newRow("Help About") << 280;
+    QTest::newRow("message box") << 0;
+}
+
+void test_look::window_cuts_a_text_or_hides_the_focus()
+{
+    QFETCH(int, width);
+    // A caret that blinks would count as a change.
+    QApplication::setCursorFlashTime(0);
+    use_window(QTest::currentDataTag(), [width](QWidget &window) {
+        QTRY_COMPARE(cut_texts(window).join(" | "), QString());
+        QCOMPARE(unseen_stops(window).join(" | "), QString());
+        QVERIFY(width == 0 || window.width() == width);
+    });
 }
 
 CORVANE_GUI_TEST_MAIN(test_look)

@@ -213,6 +213,7 @@ bool paints(const QWidget &widget, const QVector<QColor> &colors)
 
 int run_gui_test(int argc, char **argv, const std::function<int(int, char **)> &run)
 {
+    scale_with_display();
     const QApplication application(argc, argv);
     apply_application_look();
     return run(argc, argv);
