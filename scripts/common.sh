@@ -8,8 +8,9 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 # install_packages PURPOSE...: installs the packages of scripts/packages.txt that are for one of
 # these and are missing; needs root or sudo for that only.
 install_packages() {
-    local package missing=() as_root=()
-    for package in $(packages_for "$@"); do
+    local packages package missing=() as_root=()
+    packages=$(packages_for "$@")
+    for package in $packages; do
         dpkg-query -W -f "\${db:Status-Abbrev}" "$package" 2>/dev/null | grep -q '^ii' ||
             missing+=("$package")
     done
@@ -23,12 +24,15 @@ install_packages() {
 
 # packages_for PURPOSE...
 packages_for() {
-    local package purposes purpose
-    while read -r package purposes; do
-        for purpose; do
-            [[ " $purposes " != *" $purpose "* ]] || echo "$package"
-        done
-    done < <(grep -vE '^(#|$)' scripts/packages.txt)
+    local purpose
+    for purpose; do
+        awk -v purpose="$purpose" '
+            !/^#/ { for (field = 2; field <= NF; ++field) if ($field == purpose) { print $1; ++found } }
+            END { exit !found }' scripts/packages.txt || {
+            echo "scripts/packages.txt lists nothing for \"$purpose\"" >&2
+            exit 1
+        }
+    done
 }
 
 # build PRESET [OPTION...]: configures, again whenever the presets have changed since (other changes
