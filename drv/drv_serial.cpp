@@ -87,6 +87,13 @@ bool drv_serial_t::read(std::string &out)
     return take_reply(port.readAll().toStdString(), out);
 }
 
+/// Both what Qt has read and what still waits in the operating system.
+void drv_serial_t::discard_input()
+{
+    if (port.isOpen())
+        port.clear(QSerialPort::Input);
+}
+
 /// USB hands a reply over in pieces at times. What is left of one would answer the next query.
 void drv_serial_t::wait_for_line_end()
 {
@@ -100,6 +107,7 @@ void drv_serial_t::wait_for_line_end()
 bool drv_serial_t::query(const std::string &text, std::string &out)
 {
     const QMutexLocker locker(&mutex);
+    discard_input();
     if (!write(text) || !port.waitForReadyRead(transfer_timeout_ms))
         return false;
     wait_for_line_end();

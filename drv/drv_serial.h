@@ -32,8 +32,9 @@ public:
     /// Takes all bytes that have arrived, less the last one, the line terminator. False when there
     /// are none; `out` is then left alone.
     bool read(std::string &out) override;
-    /// Writes and then reads the reply, if one begins within `transfer_timeout_ms`. A reply that
-    /// comes in pieces is read up to its line end, as long as the pieces follow closely.
+    /// Discards what has arrived unasked or too late, writes and reads the reply, if one begins
+    /// within `transfer_timeout_ms`. A reply that comes in pieces is read up to its line end, as
+    /// long as the pieces follow closely.
     bool query(const std::string &text, std::string &out) override;
 
 private:
@@ -41,6 +42,7 @@ private:
     ~drv_serial_t() = default;
 
     void close_lost_port(QSerialPort::SerialPortError error);
+    void discard_input();
     void wait_for_line_end();
 
     QSerialPort port;

@@ -9,6 +9,10 @@
 #include <QTemporaryDir>
 #include <QtTest/QTest>
 
+#include <fcntl.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
 /// Runs with no VISA library and among the serial ports of support/serial_ports.umockdev.in. Only
 /// one of them is an instrument's; a corvane-sim process is behind it.
 class test_serial_instrument : public QObject
@@ -21,11 +25,14 @@ private slots:
     void dialogs_miss_their_instrument();
     void paced_reply_is_read_wrongly_data();
     void paced_reply_is_read_wrongly();
+    void late_reply_answers_the_next_query();
     void lost_line_hangs_or_cannot_be_opened_again();
 
 private:
     void plug(const QStringList &options = {});
     void unplug();
+    /// How many bytes have arrived that the program has not read.
+    int waiting_bytes() const;
 
     drv_command_t &command = *drv_command_t::instance();
     QTemporaryDir folder{QDir::tempPath() + "/串口 XXXXXX"};
@@ -130,6 +137,34 @@ void test_serial_instrument::paced_reply_is_read_wrongly()
     QVERIFY(!command.read_reply(out));
     QCOMPARE(command.query("ROUTes?", out), text != "before");
     QCOMPARE(QString::fromStdString(out), text);
+}
+
+int test_serial_instrument::waiting_bytes() const
+{
+    const QByteArray path = qgetenv("UMOCKDEV_DIR") + "/dev/ttyACM44";
+    const int line = open(path.constData(), O_RDONLY | O_NOCTTY);
+    int count = 0;
+    ioctl(line, FIONREAD, &count);
+    ::close(line);
+    return count;
+}
+
+void test_serial_instrument::late_reply_answers_the_next_query()
+{
+    plug();
+    QVERIFY(command.serial_open("ttyACM44"));
+    std::string out;
+    for (const bool qt_has_read : {false, true}) {
+        QVERIFY(command.send_command("*IDN?"));
+        QElapsedTimer patience;
+        patience.start();
+        while (waiting_bytes() == 0 && patience.elapsed() < 5000) {
+        }
+        if (qt_has_read)
+            QTRY_COMPARE(waiting_bytes(), 0);
+        QVERIFY(command.query("ROUTes?", out));
+        QCOMPARE(out, std::string("0,14,9,0"));
+    }
 }
 
 void test_serial_instrument::lost_line_hangs_or_cannot_be_opened_again()
