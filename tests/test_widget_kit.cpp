@@ -5,6 +5,7 @@
 #include "ui/widget/ui_tool_button.h"
 
 #include <QAbstractItemView>
+#include <QScrollBar>
 #include <QtTest>
 
 class test_widget_kit : public QObject
@@ -15,6 +16,7 @@ private slots:
     void wide_text_never_fits_or_is_lost();
     void click_on_popup_or_clear_button_is_lost();
     void state_change_keeps_the_old_look();
+    void wheel_changes_a_closed_list_or_what_is_around_it();
 };
 
 void test_widget_kit::wide_text_never_fits_or_is_lost()
@@ -58,6 +60,26 @@ void test_widget_kit::state_change_keeps_the_old_look()
     button.setStyleSheet(QStringLiteral("ui_tool_button_t[link=\"up\"] { min-width: 321px }"));
     button.set_state(QStringLiteral("link"), QStringLiteral("up"));
     QVERIFY(button.minimumWidth() >= 321);
+}
+
+void test_widget_kit::wheel_changes_a_closed_list_or_what_is_around_it()
+{
+    const auto turn = [](QWidget &target) {
+        QWheelEvent notch(QPointF(5, 5), target.mapToGlobal(QPointF(5, 5).toPoint()), QPoint(),
+                          QPoint(0, -120), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(&target, &notch);
+        return notch.isAccepted();
+    };
+    ui_combo_box_t combo;
+    for (int item = 0; item < 100; ++item)
+        combo.addItem(QString::number(item));
+    combo.show();
+    // What is not accepted goes on to what is around.
+    QVERIFY(turn(combo));
+    QCOMPARE(combo.currentIndex(), 0);
+    combo.showPopup();
+    turn(*combo.view()->viewport());
+    QVERIFY(combo.view()->verticalScrollBar()->value() > 0);
 }
 
 QTEST_MAIN(test_widget_kit)

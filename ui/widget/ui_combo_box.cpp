@@ -8,6 +8,7 @@
 #include <QIcon>
 #include <QScroller>
 #include <QStyledItemDelegate>
+#include <QWheelEvent>
 
 ui_combo_box_t::ui_combo_box_t(QWidget *parent) : QComboBox(parent)
 {
@@ -27,6 +28,12 @@ ui_combo_box_t::ui_combo_box_t(QWidget *parent) : QComboBox(parent)
 ui_combo_box_t::~ui_combo_box_t()
 {
     QScroller::ungrabGesture(view()->viewport());
+}
+
+/// Accepted, so that it does not scroll what is around the combo box either.
+void ui_combo_box_t::wheelEvent(QWheelEvent *event)
+{
+    event->accept();
 }
 
 void ui_combo_box_t::add_color_items()

@@ -4,7 +4,7 @@
 #include <QComboBox>
 
 /// Combo box of the kit's height whose popup is drawn by the style sheet (rounded corners, item
-/// rules) and scrolls by dragging.
+/// rules) and scrolls by dragging. The wheel scrolls the popup and does nothing while it is closed.
 class ui_combo_box_t : public QComboBox
 {
     Q_OBJECT
@@ -16,4 +16,7 @@ public:
     /// Appends the four Port-LED colours with their icons: Cyan, Blue, Red, Green. The texts are
     /// what the instrument is sent.
     void add_color_items();
+
+protected:
+    void wheelEvent(QWheelEvent *event) override;
 };
