@@ -5,7 +5,9 @@
 
 #include <QFont>
 #include <QFontMetrics>
+#include <QFontMetricsF>
 #include <QTextDocument>
+#include <QtMath>
 
 ui_label_t::ui_label_t(QWidget *parent) : QLabel(parent)
 {
@@ -16,12 +18,14 @@ void ui_label_t::setText(const QString &text)
 {
     full_text = text;
     fit_text();
+    updateGeometry();
 }
 
 void ui_label_t::set_elide(bool on)
 {
     elide = on;
     fit_text();
+    updateGeometry();
 }
 
 void ui_label_t::set_shrink(bool on)
@@ -34,6 +38,24 @@ void ui_label_t::set_base_size(int pixels)
 {
     base_size = qMax(1, pixels);
     fit_text();
+}
+
+/// What the label shows depends on its width, so its width must not depend on what it shows.
+QSize ui_label_t::sizeHint() const
+{
+    QSize hint = QLabel::sizeHint();
+    if (is_cut_to_fit())
+        hint.setWidth(width() - contentsRect().width() +
+                      qCeil(QFontMetricsF(font()).horizontalAdvance(full_text)));
+    return hint;
+}
+
+QSize ui_label_t::minimumSizeHint() const
+{
+    QSize hint = QLabel::minimumSizeHint();
+    if (is_cut_to_fit())
+        hint.setWidth(0);
+    return hint;
 }
 
 void ui_label_t::resizeEvent(QResizeEvent *event)
@@ -65,9 +87,14 @@ void ui_label_t::shrink_font()
     setFont(fitting);
 }
 
+bool ui_label_t::is_cut_to_fit() const
+{
+    return elide && (textFormat() == Qt::PlainText || !Qt::mightBeRichText(full_text));
+}
+
 void ui_label_t::show_text()
 {
-    const bool cut = elide && !Qt::mightBeRichText(full_text);
+    const bool cut = is_cut_to_fit();
     const QString shown =
         cut ? fontMetrics().elidedText(full_text, Qt::ElideRight, contentsRect().width())
             : full_text;

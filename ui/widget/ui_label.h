@@ -18,7 +18,8 @@ public:
     void setText(const QString &text);
 
     /// With the flag set, plain text too wide for the label ends in an ellipsis and the whole text
-    /// becomes the tool tip. Rich text is never cut.
+    /// becomes the tool tip; the label asks for the room of the whole text and makes do with any.
+    /// Rich text is never cut; a label whose text format is plain takes no text for rich.
     void set_elide(bool on);
 
     /// With the flag set, the font is as large as the width allows, from the base size down to one
@@ -28,12 +29,16 @@ public:
     /// Sets the pixel size that shrinking starts from.
     void set_base_size(int pixels);
 
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
 protected:
     void resizeEvent(QResizeEvent *event) override;
     void showEvent(QShowEvent *event) override;
 
 private:
     void fit_text();
+    bool is_cut_to_fit() const;
     void shrink_font();
     void show_text();
 
