@@ -23,6 +23,12 @@ void ui_line_edit_t::add_clear_action()
     clear_action->setVisible(false);
 }
 
+void ui_line_edit_t::show_from_start(const QString &text)
+{
+    setText(text);
+    setCursorPosition(0);
+}
+
 void ui_line_edit_t::focusInEvent(QFocusEvent *event)
 {
     if (clear_installed)

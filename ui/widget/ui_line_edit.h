@@ -17,6 +17,9 @@ public:
     /// A second call does nothing.
     void add_clear_action();
 
+    /// Replaces the text and shows its beginning, whatever its length.
+    void show_from_start(const QString &text);
+
 protected:
     void focusInEvent(QFocusEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
