@@ -4,6 +4,7 @@
 #include "tests/support/simulator.h"
 #include "tests/support/window_driver.h"
 #include "ui/ui_connect_widget.h"
+#include "ui/widget/ui_label.h"
 
 #include <QComboBox>
 #include <QSignalSpy>
@@ -22,6 +23,8 @@ private slots:
     void lan_connect_takes_the_wrong_end();
     void mismatch_keeps_the_last_connection();
     void broken_identity_shows_a_panel();
+    void long_identity_widens_the_window();
+    void keyboard_misses_the_layout_or_return_does_nothing();
 
 private:
     simulator_t simulator;
@@ -157,6 +160,59 @@ void test_connect_panel::broken_identity_shows_a_panel()
         QCOMPARE(driver.status_text(), status);
         QCOMPARE(driver.link_text(), "(USB)");
         QCOMPARE(driver.take_boxes(), QStringList());
+    }
+}
+
+void test_connect_panel::long_identity_widens_the_window()
+{
+    window_driver_t driver;
+    const auto labels = driver.window.findChildren<ui_label_t *>();
+    const auto identify = [&](const QByteArray &model) {
+        simulator.script_reply("SHOW:MNAMe?", model + '\n', 1);
+        driver.click("Rescan");
+        QCoreApplication::processEvents();
+    };
+    for (const char *const letter : {"W", "<b>"}) {
+        const QByteArray model = QByteArray(letter).repeated(90);
+        identify(model);
+        QCOMPARE(driver.window.width(), 1000);
+        QVERIFY(driver.status_text().endsWith(QChar(0x2026)));
+        QCOMPARE(labels[0]->toolTip(), model + ",Serial:SN44001,Version:1.0.0");
+        QVERIFY(driver.window.rect().contains(labels[1]->geometry()));
+    }
+    driver.window.resize(300, 400);
+    driver.window.resize(1000, 400);
+    identify("TMX5044");
+    QCOMPARE(driver.status_text(), "TMX5044,Serial:SN44001,Version:1.0.0");
+    QCOMPARE(labels[0]->toolTip(), QString());
+    QVERIFY(labels[1]->x() - labels[0]->geometry().right() < 10);
+    const int text_end =
+        labels[0]->x() + labels[0]->fontMetrics().horizontalAdvance(labels[0]->text());
+    QVERIFY(labels[1]->x() - text_end < 16);
+}
+
+void test_connect_panel::keyboard_misses_the_layout_or_return_does_nothing()
+{
+    window_driver_t driver;
+    const auto stops = [](QWidget *from, int count) {
+        QStringList names;
+        from->setFocus();
+        for (; count > 0; --count) {
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+            auto *const button = qobject_cast<QAbstractButton *>(QApplication::focusWidget());
+            names.append(button ? button->text() : QApplication::focusWidget()->accessibleName());
+        }
+        return names;
+    };
+    QCOMPARE(stops(driver.button("USB"), 2), QStringList({"Instruments", "Rescan"}));
+    driver.connect_lan("127.0.0.1");
+    QCOMPARE(stops(driver.button("LAN"), 5),
+             QStringList({"Octet 1", "Octet 2", "Octet 3", "Octet 4", "Apply"}));
+    for (int stop = 1; stop <= 5; ++stop) {
+        stops(driver.button("LAN"), stop);
+        simulator.take_texts();
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+        QCOMPARE(simulator.take_texts().count("*IDN?"), 1);
     }
 }
 

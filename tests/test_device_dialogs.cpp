@@ -2,6 +2,7 @@
 #include "tests/support/dialog_driver.h"
 #include "tests/support/simulator.h"
 #include "tests/support/window_driver.h"
+#include "ui/widget/ui_line_edit.h"
 
 #include <QtTest/QTest>
 
@@ -173,6 +174,8 @@ void test_device_dialogs::traffic_or_fields_are_wrong()
         QCOMPARE(QString(simulator.take_texts().join('|')), row.sent);
         for (const QString &line : row.fields.split('|', Qt::SkipEmptyParts))
             QCOMPARE(shown(dialog, line.section('=', 0, 0)), line.section('=', 1));
+        for (const auto *const edit : dialog.findChildren<ui_line_edit_t *>())
+            QVERIFY(!edit->isReadOnly() || edit->cursorPosition() == 0);
     }));
     QCOMPARE(driver.take_boxes(), QStringList());
     QCOMPARE(driver.painted({QColor("greenyellow")}).join('|'), row.green);

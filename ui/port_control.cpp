@@ -2,8 +2,10 @@
 #include "ui/port_control.h"
 
 #include "drv/drv_command.h"
+#include "ui/instrument_traffic.h"
 #include "ui/led_color.h"
 #include "ui/port_veil.h"
+#include "ui/second_press_filter.h"
 #include "ui/widget/ui_push_button.h"
 #include "ui/widget/ui_tool_button.h"
 
@@ -42,6 +44,7 @@ void set_up_port_button(QToolButton *button, const QString &text, const QString 
     button->setAccessibleName(accessible_name);
     button->setFixedSize(port_button_width, port_button_height);
     set_text_color(button, idle_color);
+    button->installEventFilter(new second_press_filter_t(button));
 }
 
 } // namespace
@@ -167,6 +170,7 @@ void port_control_t::set_tab_order()
 
 void port_control_t::refresh()
 {
+    const instrument_traffic_t traffic;
     refresh_port_colors();
     refresh_routes();
 }
@@ -175,6 +179,7 @@ void port_control_t::reset()
 {
     if (!instrument_is_open())
         return;
+    const instrument_traffic_t traffic;
     for (const QString &letter : layout_data.vna_ports)
         add_route(letter, QStringLiteral("0"));
     refresh();
@@ -187,6 +192,7 @@ void port_control_t::click_vna_port(QAbstractButton *button)
         return;
     const QString letter = button->text();
     if (routes[letter] != nullptr) {
+        const instrument_traffic_t traffic;
         add_route(letter, QStringLiteral("0"));
         refresh_routes();
         return;
@@ -210,6 +216,7 @@ void port_control_t::click_test_port(QAbstractButton *button)
     }
     if (!owner.isEmpty())
         return;
+    const instrument_traffic_t traffic;
     add_route(selected_vna_port, button->text());
     refresh_routes();
     enable_all_ports();

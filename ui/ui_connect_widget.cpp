@@ -5,6 +5,7 @@
 #include "drv/drv_device.h"
 #include "drv/transport.h"
 #include "ui/information_box.h"
+#include "ui/instrument_traffic.h"
 #include "ui/widget/q_ip_line_edit.h"
 #include "ui/widget/ui_combo_box.h"
 #include "ui/widget/ui_label.h"
@@ -64,8 +65,10 @@ void fill_group(QGroupBox *group, QWidget *entry, ui_push_button_t *button)
 
 ui_connect_widget_t::ui_connect_widget_t(QWidget *parent) : QFrame(parent)
 {
-    build_usb_group();
+    // In the order in which the Tab key visits them.
+    build_link_buttons();
     build_lan_group();
+    build_usb_group();
     auto *const rows = new QVBoxLayout(this);
     rows->setContentsMargins(panel_margin, 0, panel_margin, 0);
     rows->addLayout(build_status_row());
@@ -73,6 +76,15 @@ ui_connect_widget_t::ui_connect_widget_t(QWidget *parent) : QFrame(parent)
     connect_widgets();
     usb_radio->setChecked(true);
     use_usb_type();
+}
+
+void ui_connect_widget_t::build_link_buttons()
+{
+    lan_radio = new QRadioButton(tr("LAN"), this);
+    usb_radio = new QRadioButton(tr("USB"), this);
+    auto *const buttons = new QButtonGroup(this);
+    buttons->addButton(usb_radio, usb_button);
+    buttons->addButton(lan_radio, lan_button);
 }
 
 void ui_connect_widget_t::build_usb_group()
@@ -92,12 +104,16 @@ void ui_connect_widget_t::build_lan_group()
     ip_edit->setAccessibleName(tr("IP address"));
     apply_btn = new ui_push_button_t(lan_group);
     apply_btn->setText(tr("Apply"));
+    // Lets Return press it, too.
+    apply_btn->setAutoDefault(true);
     fill_group(lan_group, ip_edit, apply_btn);
 }
 
 QBoxLayout *ui_connect_widget_t::build_status_row()
 {
     status_label = new ui_label_t(this);
+    status_label->setTextFormat(Qt::PlainText);
+    status_label->set_elide(true);
     status_label->setText(tr("TMX is disconnected!"));
     status_label->setStyleSheet(QStringLiteral("font-size:22px"));
     link_label = new ui_label_t(this);
@@ -113,12 +129,6 @@ QBoxLayout *ui_connect_widget_t::build_status_row()
 
 QBoxLayout *ui_connect_widget_t::build_link_row()
 {
-    usb_radio = new QRadioButton(tr("USB"), this);
-    lan_radio = new QRadioButton(tr("LAN"), this);
-    auto *const buttons = new QButtonGroup(this);
-    buttons->addButton(usb_radio, usb_button);
-    buttons->addButton(lan_radio, lan_button);
-
     auto *const radios = new QVBoxLayout;
     radios->addWidget(lan_radio);
     radios->addWidget(usb_radio);
@@ -136,6 +146,7 @@ void ui_connect_widget_t::connect_widgets()
 {
     connect(rescan_btn, SIGNAL(clicked(bool)), this, SLOT(device_rescan_slot()));
     connect(apply_btn, SIGNAL(clicked(bool)), this, SLOT(lan_apply_slot()));
+    connect(ip_edit, SIGNAL(returnPressed()), this, SLOT(lan_apply_slot()));
     connect(usb_radio, SIGNAL(clicked(bool)), this, SLOT(use_usb_type()));
     connect(lan_radio, SIGNAL(clicked(bool)), this, SLOT(use_lan_type()));
     connect(device_list, SIGNAL(currentIndexChanged(int)), this, SLOT(device_change_slot(int)));
@@ -155,12 +166,18 @@ void ui_connect_widget_t::use_lan_type()
 
 void ui_connect_widget_t::device_rescan_slot()
 {
+    list_devices();
+    if (device_list->count() == 0)
+        show_information(this, tr("Target device no find!"));
+}
+
+void ui_connect_widget_t::list_devices()
+{
+    const instrument_traffic_t traffic;
     device_names.clear();
     device_list->clear();
     for (const found_instrument_t &instrument : transport_t::current().find())
         add_device(QString::fromStdString(instrument.name), instrument.position);
-    if (device_list->count() == 0)
-        show_information(this, tr("Target device no find!"));
 }
 
 /// The name comes first: the list's first item is selected, and so connected, as it is added.
@@ -174,6 +191,7 @@ void ui_connect_widget_t::device_change_slot(int index)
 {
     if (index < 0 || index >= device_names.size())
         return;
+    const instrument_traffic_t traffic;
     if (transport_t::current().open(device_names.at(index).toStdString()))
         show_instrument(true);
 }
@@ -183,22 +201,29 @@ void ui_connect_widget_t::lan_apply_slot()
     const QString address = ip_edit->text();
     if (address.split(QLatin1Char('.')).contains(QString()))
         return;
+    const QString failure = connect_lan(address);
+    if (!failure.isEmpty())
+        show_information(this, failure);
+}
+
+/// Answers what to tell the user; empty when the instrument is connected.
+QString ui_connect_widget_t::connect_lan(const QString &address)
+{
+    const instrument_traffic_t traffic;
     drv_device_t *const device = drv_device_t::instance();
-    if (!device->visa_is_ready() || !device->lan_connect(address.toStdString())) {
-        show_information(this, tr("Ip address no find!"));
-        return;
-    }
+    if (!device->visa_is_ready() || !device->lan_connect(address.toStdString()))
+        return tr("Ip address no find!");
     drv_command_t *const command = drv_command_t::instance();
     std::string reply;
     // Not connected yet, so that the identity has to be asked for in spite of the link mode.
     command->query("*IDN?", reply, true);
     if (QString::fromStdString(reply).contains(identity_part, Qt::CaseInsensitive)) {
         show_instrument(false);
-        return;
+        return {};
     }
     command->set_link_mode(link_modes::not_connected);
     link_label->setText(QStringLiteral("(/)"));
-    show_information(this, tr("No target device!"));
+    return tr("No target device!");
 }
 
 /// The instrument is open: reads who it is, says so and announces its product.
@@ -209,6 +234,8 @@ void ui_connect_widget_t::show_instrument(bool usb)
     device_info_t info;
     command->device_info_read(info);
     status_label->setText(identity_line(info));
+    // Gives the text its room before the panel's exchange, not when the event loop goes on.
+    layout()->activate();
     drv_device_t::instance()->set_usb_link(usb);
     link_label->setText(usb ? QStringLiteral("(USB)") : QStringLiteral("(LAN)"));
     emit device_connect_msg(product_type_of(info.product_id));

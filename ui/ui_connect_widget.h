@@ -37,13 +37,16 @@ public slots:
     void device_disconnect_slot();
 
 private:
+    void build_link_buttons();
     void build_usb_group();
     void build_lan_group();
     QBoxLayout *build_status_row();
     QBoxLayout *build_link_row();
     void connect_widgets();
 
+    void list_devices();
     void add_device(const QString &name, int position);
+    QString connect_lan(const QString &address);
     void show_instrument(bool usb);
 
     ui_label_t *status_label;

@@ -3,6 +3,7 @@
 
 #include "drv/drv_command.h"
 #include "ui/dialog/dialog_layout.h"
+#include "ui/instrument_traffic.h"
 #include "ui/led_color.h"
 #include "ui/widget/ui_combo_box.h"
 #include "ui/widget/ui_push_button.h"
@@ -70,6 +71,7 @@ std::size_t ui_color_dialog_t::available_rows() const noexcept
 
 void ui_color_dialog_t::load_current_colors()
 {
+    const instrument_traffic_t traffic;
     for (std::size_t index = 0; index < rows().size(); ++index) {
         const row_t &row = rows().at(index);
         ui_combo_box_t *const combo = this->*row.combo;
@@ -101,12 +103,14 @@ void ui_color_dialog_t::connect_widgets()
 /// The item text goes out as it stands.
 void ui_color_dialog_t::send_color(const row_t &row)
 {
+    const instrument_traffic_t traffic;
     const QString color = (this->*row.combo)->currentText();
     drv_command_t::instance()->set_color(row.letter, color.toStdString());
 }
 
 void ui_color_dialog_t::apply_default_color_slot()
 {
+    const instrument_traffic_t traffic;
     // A colour that changes here is sent by its own slot already, also for a disabled port.
     for (const row_t &row : rows())
         (this->*row.combo)->setCurrentIndex(row.default_index);

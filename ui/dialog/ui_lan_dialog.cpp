@@ -3,6 +3,7 @@
 
 #include "drv/drv_command.h"
 #include "ui/dialog/dialog_layout.h"
+#include "ui/instrument_traffic.h"
 #include "ui/widget/q_ip_line_edit.h"
 #include "ui/widget/ui_combo_box.h"
 #include "ui/widget/ui_line_edit.h"
@@ -91,13 +92,14 @@ QBoxLayout *ui_lan_dialog_t::build_rows()
 
 void ui_lan_dialog_t::show_lan_setting_slot()
 {
+    const instrument_traffic_t traffic;
     lan_settings_t settings;
     drv_command_t::instance()->lan_read(settings);
     mode_box->setCurrentIndex(settings.dhcp == fixed_ip_flag ? fixed_ip_mode : dhcp_mode);
     for (const address_row_t &row : address_rows())
         (this->*row.editor)->setText(QString::fromStdString(settings.*row.setting));
     for (const text_row_t &row : text_rows())
-        (this->*row.editor)->setText(QString::fromStdString(settings.*row.setting));
+        (this->*row.editor)->show_from_start(QString::fromStdString(settings.*row.setting));
 }
 
 void ui_lan_dialog_t::apply_lan_setting_slot()
@@ -108,5 +110,6 @@ void ui_lan_dialog_t::apply_lan_setting_slot()
         settings.*row.setting = (this->*row.editor)->text().toStdString();
     // The MAC address is the instrument's own and not for setting.
     settings.host_name = host_edit->text().toStdString();
+    const instrument_traffic_t traffic;
     drv_command_t::instance()->lan_apply(settings);
 }

@@ -3,6 +3,7 @@
 
 #include "drv/drv_command.h"
 #include "ui/dialog/dialog_layout.h"
+#include "ui/instrument_traffic.h"
 #include "ui/widget/ui_line_edit.h"
 #include "ui/widget/ui_push_button.h"
 
@@ -60,6 +61,7 @@ void ui_product_id_dialog_t::set_btn_click_slot()
         QStringLiteral("SYSTem:DEVice:PRODUCTUG:ID ") + product_code_of(product_type),
         QStringLiteral("REBOOT"),
     };
+    const instrument_traffic_t traffic;
     for (const QString &command : commands)
         if (!drv_command_t::instance()->send_command(command.toStdString()))
             return;

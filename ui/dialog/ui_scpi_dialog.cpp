@@ -3,6 +3,7 @@
 
 #include "drv/drv_command.h"
 #include "ui/dialog/dialog_layout.h"
+#include "ui/instrument_traffic.h"
 #include "ui/widget/ui_line_edit.h"
 #include "ui/widget/ui_push_button.h"
 
@@ -62,20 +63,23 @@ QBoxLayout *ui_scpi_dialog_t::build_rows()
 
 void ui_scpi_dialog_t::write_btn_click_slot()
 {
+    const instrument_traffic_t traffic;
     drv_command_t::instance()->send_command(command_edit->text().toStdString());
 }
 
 void ui_scpi_dialog_t::query_btn_click_slot()
 {
+    const instrument_traffic_t traffic;
     std::string reply;
     const bool answered =
         drv_command_t::instance()->query(command_edit->text().toStdString(), reply);
-    reply_edit->setText(answered ? QString::fromStdString(reply) : QString());
+    reply_edit->show_from_start(answered ? QString::fromStdString(reply) : QString());
 }
 
 void ui_scpi_dialog_t::read_btn_click_slot()
 {
+    const instrument_traffic_t traffic;
     std::string reply;
     if (drv_command_t::instance()->read_reply(reply))
-        reply_edit->setText(QString::fromStdString(reply));
+        reply_edit->show_from_start(QString::fromStdString(reply));
 }

@@ -4,6 +4,7 @@
 #include "drv/drv_command.h"
 #include "ui/dialog/dialog_layout.h"
 #include "ui/information_box.h"
+#include "ui/instrument_traffic.h"
 #include "ui/widget/ui_push_button.h"
 #include "upgrade/accepted_id.h"
 #include "upgrade/package_reader.h"
@@ -12,6 +13,7 @@
 
 #include <QFile>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -24,6 +26,7 @@ constexpr int full_percent = 100;
 /// An instrument that does not answer accepts nothing: no number is in the range from 1 to 0.
 void read_accepted_ids()
 {
+    const instrument_traffic_t traffic;
     upgrade_id_t record;
     record.lowest = 1;
     drv_command_t::instance()->upgrade_id_read(record);
@@ -90,7 +93,8 @@ void ui_upgrade_dialog_t::browse_btn_click_slot()
     path = QFileDialog::getOpenFileName(nullptr, tr("Select upgrade files"), QStringLiteral("/"),
                                         QStringLiteral("*.ADS"));
     QFile file(path);
-    if (!path.isEmpty() && file.open(QIODevice::ReadOnly)) {
+    // Opening anything else could wait for ever.
+    if (QFileInfo(path).isFile() && file.open(QIODevice::ReadOnly)) {
         file.close();
         path_edit->setText(path);
     }
