@@ -43,10 +43,8 @@ def read_faults(path):
     return faults
 
 
-def planted(fault):
-    """The file's text with the fault; None when it does not apply exactly once."""
-    path = ROOT / fault.file
-    original = path.read_text() if path.is_file() else ""
+def planted(fault, original):
+    """A file's text with the fault; None when it does not apply exactly once."""
     text = fault.text + ("" if fault.replacement else "\n")
     if not fault.text or original.count(fault.text) != 1 or fault.text == fault.replacement:
         return None
@@ -142,15 +140,16 @@ def judge(fault, tests, caught_before):
 
 def plant(fault, tests, caught_before):
     """The outcome of one fault, "caught", "survivor" or "error", and what there is to say."""
-    content = planted(fault)
+    target = TREE / fault.file
+    original = target.read_bytes() if target.is_file() else b""
+    content = planted(fault, original.decode())
     if content is None:
         return "error", "does not apply"
-    target = TREE / fault.file
     write(target, content.encode())
     try:
         catcher = judge(fault, tests, caught_before)
     finally:
-        write(target, (ROOT / fault.file).read_bytes())
+        write(target, original)
     if catcher is None:
         return "error", "does not compile"
     if catcher:
