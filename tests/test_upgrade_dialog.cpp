@@ -10,8 +10,10 @@
 #include "upgrade/accepted_id.h"
 
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QFileDialog>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QProgressBar>
 #include <QSemaphore>
 #include <QThread>
@@ -19,6 +21,7 @@
 
 #include <functional>
 #include <memory>
+#include <utility>
 
 #include <sys/stat.h>
 
@@ -26,9 +29,12 @@ namespace {
 
 const QByteArray resource = "USB0::0xA17E::0x2000::D1::INSTR";
 const QByteArray reboot_text("REBOOT", 7);
+const QByteArray loader_text("REBOOT 1", 9);
 constexpr int patience_ms = 30'000;
+constexpr int pace_ms = 20;
 const QString begin_box = QStringLiteral("Information: Upgrade begin! [OK]");
 const QString error_box = QStringLiteral("Information: Upgrade file error! [OK, Close]");
+const QString busy_box = QStringLiteral("Information: Upgrading! [OK, Close]");
 const QString fail_box = QStringLiteral("Information: Upgrade FAIL! [OK, Close]");
 const QString ok_box = QStringLiteral("Information: Upgrade OK! [OK, Close]");
 
@@ -40,6 +46,45 @@ void hold_second_block(const std::function<void()> &open)
             open();
     });
 }
+
+/// Notes what a window makes its user wait for at most: for the next paint, while it is painted
+/// again and again, and for input to be looked at.
+class patience_meter_t : public QObject
+{
+public:
+    explicit patience_meter_t(QWidget &window)
+    {
+        window.installEventFilter(this);
+        connect(&timer, &QTimer::timeout, &window, [this, &window] {
+            most_signals = qMax(most_signals, std::exchange(signal_count, 0));
+            longest_turn_ms = qMax(longest_turn_ms, turn.restart());
+            window.update();
+        });
+        timer.start(1);
+        paint.start();
+        turn.start();
+    }
+
+    /// Signals of the upgrade between two looks at the input.
+    int most_signals = 0;
+    qint64 longest_turn_ms = 0;
+    qint64 longest_paint_gap_ms = 0;
+
+private:
+    bool eventFilter(QObject * /*window*/, QEvent *event) override
+    {
+        if (event->type() == QEvent::MetaCall)
+            ++signal_count;
+        if (event->type() == QEvent::Paint)
+            longest_paint_gap_ms = qMax(longest_paint_gap_ms, paint.restart());
+        return false;
+    }
+
+    QTimer timer;
+    QElapsedTimer paint;
+    QElapsedTimer turn;
+    int signal_count = 0;
+};
 
 } // namespace
 
@@ -55,8 +100,10 @@ private slots:
     void wrong_or_cancelled_file_is_sent();
     void package_is_sent_twice_or_incompletely();
     void failure_looks_like_success();
-    void upgrade_outlives_its_dialog_data();
-    void upgrade_outlives_its_dialog();
+    void closing_stops_a_transfer();
+    void end_of_the_program_breaks_a_transfer_data();
+    void end_of_the_program_breaks_a_transfer();
+    void empty_segments_freeze_the_window();
 
 private:
     void open_dialog();
@@ -84,6 +131,9 @@ void test_upgrade_dialog::init()
     QVERIFY(drv_device_t::instance()->usb_connect_resource(resource.toStdString()));
     drv_command_t::instance()->set_link_mode(link_modes::connected);
     recorded_pauses_t::instance().reset();
+    // Leaves room for what the tests do between two calls, also where pauses are short.
+    for (const corvane_sim_entry entry : {CORVANE_SIM_WRITE, CORVANE_SIM_OPEN})
+        simulator.add_fault({CORVANE_SIM_FAULT_DELAY, entry, 1, nullptr, 1, pace_ms, nullptr, 0});
     open_dialog();
 }
 
@@ -204,33 +254,90 @@ void test_upgrade_dialog::failure_looks_like_success()
     QCOMPARE(simulator.take_texts().last(), reboot_text);
 }
 
-void test_upgrade_dialog::upgrade_outlives_its_dialog_data()
+void test_upgrade_dialog::closing_stops_a_transfer()
 {
-    QTest::addColumn<bool>("destroy");
-    QTest::newRow("closed") << false;
-    QTest::newRow("destroyed") << true;
+    const QByteArray image = pattern(8 * 2048);
+    begin(QStringLiteral("a.ADS"), make_package(44, {{3, image}}));
+    QTRY_VERIFY_WITH_TIMEOUT(bar() > 1, patience_ms);
+    dialog->close();
+    boxes.leave_until_another(QStringLiteral("Upgrading!"));
+    QTest::keyClick(dialog.get(), Qt::Key_Escape);
+    QCOMPARE(said(), (QStringList{begin_box, busy_box, ok_box, busy_box}));
+    QVERIFY(dialog->isVisible());
+    QCOMPARE(simulator.images(resource), (QList<QPair<int, QByteArray>>{{3, image}}));
+    QTest::keyClick(dialog.get(), Qt::Key_Escape);
+    QTRY_VERIFY(!dialog->isVisible());
+    QCOMPARE(said().size(), 4);
 }
 
-void test_upgrade_dialog::upgrade_outlives_its_dialog()
+void test_upgrade_dialog::end_of_the_program_breaks_a_transfer_data()
 {
-    QFETCH(bool, destroy);
-    hold_second_block([] {
-        while (!QThread::currentThread()->isInterruptionRequested())
-            QThread::yieldCurrentThread();
+    QTest::addColumn<quint32>("type");
+    QTest::addColumn<QByteArray>("moment");
+    QTest::addColumn<QString>("box");
+    QTest::addColumn<bool>("by_window");
+    QTest::newRow("exit between blocks") << 3U << QByteArray("UPGRADE ") << QString() << false;
+    QTest::newRow("window closed") << 3U << QByteArray("UPGRADE ") << QString() << true;
+    QTest::newRow("exit with a box") << 3U << QByteArray("UPGRADE ") << "Upgrading!" << false;
+    QTest::newRow("exit before the announcement") << 1U << loader_text << QString() << false;
+    QTest::newRow("exit before the start") << 3U << QByteArray() << "Upgrade begin!" << false;
+}
+
+void test_upgrade_dialog::end_of_the_program_breaks_a_transfer()
+{
+    QFETCH(quint32, type);
+    QFETCH(QByteArray, moment);
+    QFETCH(QString, box);
+    QFETCH(bool, by_window);
+    QWidget main_window;
+    main_window.show();
+    choose(folder.write(QStringLiteral("a.ADS"), make_package(44, {{type, pattern(200'000)}})));
+    boxes.leave_until_another(box);
+    // Of its own accord a program ends so, but not one of QtTest.
+    connect(qApp, &QGuiApplication::lastWindowClosed, &main_window, &QCoreApplication::quit);
+    QByteArrayList texts;
+    QTimer timer;
+    connect(&timer, &QTimer::timeout, &main_window, [&] {
+        texts += simulator.take_texts();
+        const bool is_asked =
+            qobject_cast<QMessageBox *>(QApplication::activeModalWidget()) != nullptr;
+        const bool is_now =
+            moment.isEmpty() ? is_asked : texts.value(texts.size() - 1).startsWith(moment);
+        if (!is_now)
+            return;
+        timer.stop();
+        QTimer::singleShot(1, &main_window, [&main_window, by_window] {
+            by_window ? void(main_window.close()) : QCoreApplication::exit(0);
+        });
+        if (!box.isEmpty() && !moment.isEmpty())
+            dialog->close();
     });
-    begin(QStringLiteral("a.ADS"), make_package(44, {{3, pattern(3 * 2048)}}));
-    QTRY_COMPARE_WITH_TIMEOUT(bar(), 33, patience_ms);
-    if (destroy) {
-        dialog.reset();
-    } else {
-        dialog->close();
-        QTRY_VERIFY_WITH_TIMEOUT(!dialog->isVisible(), patience_ms);
-        QCOMPARE(said(), (QStringList{begin_box, fail_box}));
-    }
-    const QByteArrayList texts = simulator.take_texts();
-    QCOMPARE(texts.size(), 6);
-    QCOMPARE(texts.last(), reboot_text);
+    timer.start(1);
+    QTimer::singleShot(0, &main_window, [this] { dialog->exec(); });
+    QTimer::singleShot(0, dialog.get(), [this] { perform(*dialog, "Begin"); });
+    QApplication::exec();
+    boxes.leave_until_another({});
+    dialog.reset();
+
+    texts += simulator.take_texts();
+    QVERIFY(texts.size() < 20);
+    QCOMPARE(texts.isEmpty(), moment.isEmpty());
+    QCOMPARE(texts.value(texts.size() - 1, reboot_text), reboot_text);
+    QVERIFY(!texts.join().contains("HOSTUG "));
     QVERIFY(drv_device_t::instance()->link_write("*CLS", 4));
+}
+
+void test_upgrade_dialog::empty_segments_freeze_the_window()
+{
+    const patience_meter_t meter(*dialog);
+    QList<QPair<quint32, QByteArray>> segments;
+    for (int count = 0; count < 100'000; ++count)
+        segments.append({3, {}});
+    begin(QStringLiteral("a.ADS"), make_package(44, segments));
+    QTRY_COMPARE_WITH_TIMEOUT(said(), (QStringList{begin_box, ok_box}), 10 * patience_ms);
+    qInfo("longest wait: %lld ms for a paint, %lld ms for input", meter.longest_paint_gap_ms,
+          meter.longest_turn_ms);
+    QVERIFY2(meter.most_signals < 1000, qPrintable(QString::number(meter.most_signals)));
 }
 
 QTEST_MAIN(test_upgrade_dialog)

@@ -7,6 +7,8 @@
 #include "upgrade/package_reader.h"
 #include "upgrade/upgrade_protocol.h"
 
+#include <QThread>
+
 #include <algorithm>
 #include <array>
 #include <string_view>
@@ -22,6 +24,9 @@ std::map<std::uint8_t, segment_handler_t> segment_handlers;
 bool announce_image(const segment_kind_t &kind, std::uint32_t image_bytes)
 {
     if (kind.transfer == segment_transfer_t::loader_image && !reboot_to_loader())
+        return false;
+    // While it reboots the upgrade may have been stopped, and an announced image must follow.
+    if (QThread::currentThread()->isInterruptionRequested())
         return false;
     const std::string text = std::string(kind.command) + std::to_string(image_bytes);
     drv_device_t::instance()->link_write(text.data(), text.size());

@@ -7,6 +7,19 @@
 #include "upgrade/upgrade_file.h"
 #include "upgrade/upgrade_protocol.h"
 
+#include <QSemaphore>
+
+#include <memory>
+
+namespace {
+
+/// So many segments may be told before those who listen have taken notice of them.
+constexpr int most_unseen_segments = 256;
+/// For how long they are waited for: a thread that only waits for the end takes notice of nothing.
+constexpr int notice_patience_ms = 100;
+
+} // namespace
+
 upgrade_thread_t::upgrade_thread_t(QObject *parent) : QThread(parent)
 {
     fill_segment_handlers();
@@ -33,9 +46,12 @@ bool upgrade_thread_t::send_chain(const std::string &file_name, std::uint32_t en
 {
     segment_chain_t chain(file_name, end_offset);
     chain_step_t step = chain.next();
-    for (; step == chain_step_t::segment; step = chain.next())
+    for (int told = 1; step == chain_step_t::segment; step = chain.next(), ++told) {
         if (!send_segment(file_name, chain.record()))
             return false;
+        if (told % most_unseen_segments == 0)
+            wait_until_seen();
+    }
     if (step == chain_step_t::complete)
         return true;
     emit send_upgrade_state(0, false);
@@ -54,7 +70,7 @@ bool upgrade_thread_t::send_segment(const std::string &file_name, const segment_
 bool upgrade_thread_t::send_payload(const std::string &file_name, const segment_record_t &record,
                                     std::uint32_t &progress)
 {
-    if (!file_holds(file_name, record.data_offset, record.data_length))
+    if (isInterruptionRequested() || !file_holds(file_name, record.data_offset, record.data_length))
         return false;
     while (progress < record.data_length) {
         if (isInterruptionRequested() || !dispatch_segment(file_name, progress, record.type,
@@ -63,4 +79,14 @@ bool upgrade_thread_t::send_payload(const std::string &file_name, const segment_
         emit send_upgrade_state(progress, true);
     }
     return true;
+}
+
+/// What is queued here comes behind the signals that are queued for the same thread. Without this,
+/// segments that nothing is sent for would come faster than a window can show them.
+void upgrade_thread_t::wait_until_seen()
+{
+    const auto seen = std::make_shared<QSemaphore>();
+    QMetaObject::invokeMethod(
+        this, [seen] { seen->release(); }, Qt::QueuedConnection);
+    seen->tryAcquire(1, notice_patience_ms);
 }

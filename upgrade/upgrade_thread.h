@@ -12,7 +12,8 @@ struct segment_record_t;
 /// segment, and at the end, good or bad, reboots the instrument and opens it again.
 ///
 /// The package is not checked; do that before the start. A request for interruption fails the
-/// upgrade after the block that is under way. The destructor requests it and waits for the end.
+/// upgrade after the block that is under way, or before an image is announced. The destructor
+/// requests it and waits for the end.
 class upgrade_thread_t : public QThread
 {
     Q_OBJECT
@@ -40,4 +41,5 @@ private:
     bool send_segment(const std::string &file_name, const segment_record_t &record);
     bool send_payload(const std::string &file_name, const segment_record_t &record,
                       std::uint32_t &progress);
+    void wait_until_seen();
 };

@@ -19,11 +19,17 @@ QStringList box_watcher_t::take_boxes()
     return taken;
 }
 
+void box_watcher_t::leave_until_another(const QString &text)
+{
+    left_text = text;
+}
+
 void box_watcher_t::close_box()
 {
     auto *const box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
-    if (box == nullptr || !box->isVisible())
+    if (box == nullptr || !box->isVisible() || box->text() == left_text)
         return;
+    left_text.clear();
     QStringList buttons;
     for (const QAbstractButton *const button : box->buttons())
         buttons.append(button->text().remove(QLatin1Char('&')));

@@ -13,10 +13,13 @@ public:
 
     /// "title: text [button, ...]" of every box since the last call, oldest first.
     QStringList take_boxes();
+    /// Leaves the box with this text open until another one has appeared on top of it.
+    void leave_until_another(const QString &text);
 
 private:
     void close_box();
 
     QTimer timer;
     QStringList boxes;
+    QString left_text;
 };

@@ -14,6 +14,7 @@
 #include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -44,6 +45,7 @@ std::uint32_t percent_of(std::uint32_t done, std::uint32_t total)
 ui_upgrade_dialog_t::ui_upgrade_dialog_t(QWidget *parent) : QDialog(parent)
 {
     build_widgets();
+    setAttribute(Qt::WA_QuitOnClose, false);
     read_accepted_ids();
     thread = new upgrade_thread_t(this);
     connect_widgets();
@@ -109,51 +111,79 @@ void ui_upgrade_dialog_t::begin_btn_click_slot()
         show_information(this, tr("Upgrade file error!"));
         return;
     }
-    QMessageBox::information(this, tr("Information"), tr("Upgrade begin!"), QMessageBox::Ok,
-                             QMessageBox::Ok);
-    thread->start(QThread::InheritPriority);
+    // The end of the program closes the box without an answer.
+    const bool begin =
+        QMessageBox::information(this, tr("Information"), tr("Upgrade begin!"), QMessageBox::Ok,
+                                 QMessageBox::Ok) == QMessageBox::Ok;
+    if (begin && !thread->isRunning()) {
+        transferring = true;
+        thread->start(QThread::InheritPriority);
+    }
+}
+
+/// A progress bar paints each value at once. Segments that nothing is sent for come faster than
+/// that, so that painting is left to the event loop.
+void ui_upgrade_dialog_t::show_percent(int percent)
+{
+    progress_bar->setUpdatesEnabled(false);
+    progress_bar->setValue(percent);
+    progress_bar->setUpdatesEnabled(true);
+}
+
+void ui_upgrade_dialog_t::tell_end(const QString &text)
+{
+    transferring = false;
+    thread->quit();
+    show_information(this, text);
 }
 
 void ui_upgrade_dialog_t::init_progress_bar_slot(ulong total, uint /*type*/)
 {
     segment_bytes = static_cast<std::uint32_t>(total);
     progress_bar->setRange(0, full_percent);
-    progress_bar->setValue(1);
+    show_percent(1);
 }
 
 void ui_upgrade_dialog_t::set_progress_bar_slot(ulong done, bool ok)
 {
     if (!ok) {
-        thread->quit();
-        show_information(this, tr("Upgrade FAIL!"));
+        tell_end(tr("Upgrade FAIL!"));
         return;
     }
     const auto percent =
         static_cast<int>(percent_of(static_cast<std::uint32_t>(done), segment_bytes));
     if (percent == full_percent)
-        progress_bar->setValue(full_percent - 1);
+        show_percent(full_percent - 1);
     else if (percent == 0 && done != 0)
-        progress_bar->setValue(1);
+        show_percent(1);
     else
-        progress_bar->setValue(percent);
+        show_percent(percent);
 }
 
 void ui_upgrade_dialog_t::upgrade_success_slot()
 {
-    progress_bar->setValue(full_percent);
-    thread->quit();
-    show_information(this, tr("Upgrade OK!"));
+    show_percent(full_percent);
+    tell_end(tr("Upgrade OK!"));
 }
 
-/// The dialog stays until the thread has ended, because the link is the thread's until then.
+/// A dialog whose transfer is over stays until the thread has ended, because the link is the
+/// thread's until then. The end of the session is no question: it waits for the thread here.
 void ui_upgrade_dialog_t::reject()
 {
+    const bool session_ends = qGuiApp->isSavingSession();
+    if (transferring && !session_ends) {
+        show_information(this, tr("Upgrading!"));
+        return;
+    }
+    if (session_ends) {
+        thread->requestInterruption();
+        thread->wait();
+    }
     const bool running = thread->isRunning();
     browse_btn->setEnabled(!running);
     begin_btn->setEnabled(!running);
     if (running) {
         connect(thread, SIGNAL(finished()), this, SLOT(reject()), Qt::UniqueConnection);
-        thread->requestInterruption();
         return;
     }
     disconnect(thread, SIGNAL(finished()), this, SLOT(reject()));

@@ -14,8 +14,10 @@ class upgrade_thread_t;
 /// The dialog in which the user picks a firmware package, starts the upgrade of the connected
 /// instrument and follows it.
 ///
-/// Making one asks the instrument which packages it accepts. Closing it during an upgrade stops the
-/// upgrade; it then closes once the instrument has been rebooted.
+/// Making one asks the instrument which packages it accepts. During a transfer it does not close
+/// but says so; once the end has been told, it closes when the instrument has been rebooted. Only
+/// its destruction, which waits for the reboot, and the end of the session stop a transfer. It does
+/// not keep a program alive whose main window is closed.
 class ui_upgrade_dialog_t : public QDialog
 {
     Q_OBJECT
@@ -47,6 +49,8 @@ public:
 private:
     void build_widgets();
     void connect_widgets();
+    void show_percent(int percent);
+    void tell_end(const QString &text);
 
     QString path;
     QLineEdit *path_edit;
@@ -55,4 +59,6 @@ private:
     QProgressBar *progress_bar;
     upgrade_thread_t *thread;
     std::uint32_t segment_bytes = 0;
+    /// From the start of the thread until the user has been told how it ended.
+    bool transferring = false;
 };
