@@ -4,26 +4,10 @@
 #include "drv/drv_serial.h"
 #include "drv/gui_thread.h"
 #include "drv/lan_fields.h"
+#include "drv/reply_text.h"
 #include "drv/transport.h"
 
-#include <QByteArray>
-#include <QList>
-
 #include <algorithm>
-#include <cstdlib>
-
-namespace {
-
-/// The comma-separated fields of a reply; an empty reply is one empty field.
-std::vector<std::string> fields_of(const std::string &reply)
-{
-    std::vector<std::string> fields;
-    for (const QByteArray &field : QByteArray::fromStdString(reply).split(','))
-        fields.push_back(field.toStdString());
-    return fields;
-}
-
-} // namespace
 
 drv_command_t *drv_command_t::instance()
 {
@@ -182,10 +166,6 @@ bool drv_command_t::upgrade_id_read(upgrade_id_t &record)
     std::string reply;
     if (!ask(command_id::upgrade_id, reply))
         return false;
-    const std::vector<std::string> fields = fields_of(reply);
-    int *const places[] = {&record.id, &record.lowest, &record.highest, &record.exact};
-    const std::size_t count = std::min(fields.size(), std::size(places));
-    for (std::size_t index = 0; index < count; ++index)
-        *places[index] = static_cast<int>(std::strtol(fields[index].c_str(), nullptr, 10));
+    read_upgrade_id(reply, record);
     return true;
 }

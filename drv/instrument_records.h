@@ -39,3 +39,6 @@ struct upgrade_id_t
     int highest = 0;
     int exact = 0;
 };
+
+/// Stands for an instrument that does not tell: no number is in the range from 1 to 0.
+constexpr upgrade_id_t accepts_nothing{0, 1, 0, 0};

@@ -68,9 +68,9 @@ QByteArray package_of(const std::uint8_t *data, std::size_t size)
     return package;
 }
 
-void walk_chain(const std::string &name, const upgrade_header_t &header, int file_bytes)
+void walk_chain(const std::filesystem::path &path, const upgrade_header_t &header, int file_bytes)
 {
-    segment_chain_t chain(name, header_end_offset(header));
+    segment_chain_t chain(path, header_end_offset(header));
     int steps = 0;
     while (chain.next() == chain_step_t::segment)
         require(++steps <= file_bytes, "a chain goes round");
@@ -111,14 +111,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     require(file.open() && file.write(package) == package.size() && file.flush(), "no file");
     const std::string name = to_package_name(file.fileName());
     upgrade_header_t header{};
-    const bool accepted = read_upgrade_header(name, header);
+    const bool accepted = read_upgrade_header(to_file_path(name), header);
     require(accepted == header_has_magic(header), "a header is misjudged");
     const package_report_t report = package_inspector_t(file.fileName()).inspect();
     require(report.has_magic == accepted, "the inspector sees another header");
     require(report.segments.size() <= package_inspector_t::most_segments, "too many segments");
     if (!accepted)
         return 0;
-    walk_chain(name, header, package.size());
+    walk_chain(to_file_path(name), header, package.size());
     transfer(name);
     return 0;
 }

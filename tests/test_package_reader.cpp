@@ -29,7 +29,7 @@ void test_package_reader::header_is_misread_or_not_checked()
         "4b7af0d1b76a382ada681b6ad2ccece8ff65036d5ac37418");
     set_accepted_ids({44, 0, 0, 1});
     upgrade_header_t header{};
-    QVERIFY(read_upgrade_header(folder.write_package(file), header));
+    QVERIFY(read_upgrade_header(to_file_path(folder.write_package(file)), header));
     QCOMPARE(header_end_offset(header), 0x1234U);
     QCOMPARE(header_product_id(header), 44);
 
@@ -39,8 +39,8 @@ void test_package_reader::header_is_misread_or_not_checked()
         QVERIFY(!check_upgrade_header(damaged));
     }
     for (const QByteArray &refused : {QByteArray(), file.left(111), package_header(45, 112)})
-        QVERIFY(!read_upgrade_header(folder.write_package(refused), header));
-    QVERIFY(!read_upgrade_header(to_package_name(QDir::tempPath()), header));
+        QVERIFY(!read_upgrade_header(to_file_path(folder.write_package(refused)), header));
+    QVERIFY(!read_upgrade_header(QDir::tempPath().toStdString(), header));
 }
 
 void test_package_reader::path_changes_on_its_way_to_the_reader()

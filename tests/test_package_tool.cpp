@@ -2,12 +2,28 @@
 #include "tests/support/package_folder.h"
 
 #include <QCryptographicHash>
+#include <QDir>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
 #include <QtTest/QTest>
+
+namespace {
+
+QByteArray read(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QByteArray sha256(const QByteArray &bytes)
+{
+    return QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex();
+}
+
+} // namespace
 
 class test_package_tool : public QObject
 {
@@ -24,6 +40,10 @@ private:
     int run(const QStringList &arguments);
 
     package_folder_t folder;
+    /// Where the tool runs.
+    QString directory;
+    /// Where its output goes; into `output` when this is empty.
+    QString output_file;
     QByteArray output;
 };
 
@@ -33,6 +53,9 @@ int test_package_tool::run(const QStringList &arguments)
     constexpr int patience_ms = 20'000;
     QProcess tool;
     tool.setProcessChannelMode(QProcess::MergedChannels);
+    tool.setWorkingDirectory(directory);
+    if (!output_file.isEmpty())
+        tool.setStandardOutputFile(output_file);
     tool.start(QStringLiteral(CORVANE_PACKAGE_TOOL), arguments);
     const bool ended = tool.waitForFinished(patience_ms);
     output = tool.readAll();
@@ -58,13 +81,45 @@ void test_package_tool::created_package_differs_from_its_manifest()
     QVERIFY(!header.contains('\x1A') && !header.contains('\r'));
     QCOMPARE(file.readAll(),
              segment_record(3, 124, 2049) + image + segment_record(5, 2185, 4) + "TMX\n");
+    QCOMPARE(run({"inspect", "--json", package}), 0);
+    QCOMPARE(output, R"({
+  "file_bytes": 2189,
+  "magic": true,
+  "product_id": 30,
+  "end_offset": 2189,
+  "segments": [
+    {
+      "type": 3,
+      "name": "boot",
+      "record": 112,
+      "offset": 124,
+      "length": 2049,
+      "sha256": ")" + sha256(image) +
+                         R"("
+    },
+    {
+      "type": 5,
+      "name": "product",
+      "record": 2173,
+      "offset": 2185,
+      "length": 4,
+      "sha256": ")" + sha256("TMX\n") +
+                         R"("
+    }
+  ],
+  "findings": []
+}
+)");
+    output_file = QStringLiteral("/dev/full");
+    QCOMPARE(run({"inspect", package}), 2);
+    output_file.clear();
     QCOMPARE(run({"inspect", package}), 0);
     QCOMPARE(output,
              "file bytes: 2189\nmagic: right\nproduct id: 30\nend offset: 2189\nsegments: 2\n"
              "segment: type 3 (boot), record 112, offset 124, length 2049, sha256 " +
-                 QCryptographicHash::hash(image, QCryptographicHash::Sha256).toHex() +
+                 sha256(image) +
                  "\nsegment: type 5 (product), record 2173, offset 2185, length 4, sha256 " +
-                 QCryptographicHash::hash("TMX\n", QCryptographicHash::Sha256).toHex() + "\n");
+                 sha256("TMX\n") + "\n");
 }
 
 void test_package_tool::fault_of_a_package_goes_unreported_data()
@@ -82,7 +137,8 @@ void test_package_tool::fault_of_a_package_goes_unreported_data()
     row("trailing bytes", make_package(44, {{3, "boot"}}) + "x", {"trailing"});
     row("unknown type", make_package(44, {{2, "a"}}), {"type"});
     row("long parameter", make_package(44, {{8, QByteArray(81, 'a')}}), {"length"});
-    row("empty segment at itself", whole(124, segment_record(3, 112, 0)), {"chain"});
+    row("empty segments", make_package(44, {{2, {}}, {8, {}}, {3, {}}}), {"empty"});
+    row("empty segment at itself", whole(124, segment_record(3, 112, 0)), {"empty", "chain"});
     row("end at the first record", whole(112, segment_record(3, 124, 4) + "boot"),
         {"trailing", "chain"});
     row("cut payload", make_package(44, {{3, "boot"}}).chopped(1), {"end", "payload"});
@@ -112,6 +168,7 @@ void test_package_tool::refusal_gives_no_reason_or_the_wrong_status()
     const QString package = folder.write(QStringLiteral("a.ADS"), make_package(-7, {{3, "boot"}}));
     const QString none = folder.path(QStringLiteral("none.ADS"));
     const QString manifest = folder.path(QStringLiteral("bad.json"));
+    const QByteArray boot = R"({"type": "boot", "file": "boot"})";
     const struct
     {
         QByteArray entry; // of the manifest
@@ -121,18 +178,39 @@ void test_package_tool::refusal_gives_no_reason_or_the_wrong_status()
     } rows[] = {
         {"", {"check", package, "--accept", "0,-7,9,0"}, 0, "accepted: product id -7"},
         {"", {"check", package, "--accept", "-7,-6,9,0"}, 1, "accepts -6 to 9"},
-        {"", {"check", package, "--accept", "-7,0,0"}, 2, "four integers"},
-        {"", {"inspect", none}, 2, "none.ADS: cannot be read"},
+        {"", {"check", package, "--accept", "x,-7"}, 0, "accepts -7 to 0"},
+        {"", {"check", package, "--accept", " -7 ,9,9,1x,5"}, 0, "accepts only -7"},
+        {"", {"check", package}, 2, "--accept is required"},
+        {"", {"--version"}, 0, "corvane-package 1."},
+        {"", {"inspect", none}, 2, "none.ADS: cannot be read: No such file"},
+        {"", {"inspect", folder.path({})}, 2, "cannot be read: not a regular file"},
+        {"", {"inspect", "foreign.ADS"}, 2, "GB2312"},
+        {boot, {"create", manifest, "펌웨어.ADS"}, 2, "GB2312"},
+        {boot, {"create", manifest, "/dev/null"}, 2, "not a regular file"},
+        {boot, {"create", manifest, folder.path("link")}, 2, "it is the manifest"},
+        {boot, {"create", manifest, folder.path("./boot")}, 2, "it is one of the payloads"},
+        {R"({"type": 3, "file": "no"})", {"create", manifest, none}, 2, "No such file"},
+        {R"({"type": 3, "file": "boot", "type": 1})", {"create", manifest, none}, 2, "twice"},
+        {R"({"type": 2, "file": "boot"})", {"create", manifest, none}, 2, "no segment type 2"},
         {"", {"create", manifest, none}, 2, "\"segments\" is not a list of at least one"},
         {R"({"type": "pid", "file": "long"})", {"create", manifest, none}, 2, "long is too long"},
     };
     folder.write(QStringLiteral("long"), QByteArray(81, 'x'));
+    folder.write(QStringLiteral("boot"), "boot");
+    QFile::link(manifest, folder.path(QStringLiteral("link")));
+    // Its absolute path counts, of which GB2312 lacks a folder's name.
+    const QString korean = folder.path(QStringLiteral("펌웨어"));
+    QVERIFY(QDir().mkdir(korean) && QFile::copy(package, korean + "/foreign.ADS"));
+    directory = korean;
     for (const auto &row : rows) {
         folder.write(QStringLiteral("bad.json"),
                      R"({"product_id": 44, "segments": [)" + row.entry + "]}");
+        const QByteArray written = read(manifest);
         QCOMPARE(run(row.arguments), row.status);
         QVERIFY2(output.contains(row.text), output);
         QVERIFY(!QFile::exists(none));
+        QCOMPARE(read(manifest), written);
+        QCOMPARE(read(folder.path(QStringLiteral("boot"))), "boot");
     }
 }
 

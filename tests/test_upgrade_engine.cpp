@@ -93,9 +93,10 @@ void test_upgrade_engine::init()
 
 quint32 test_upgrade_engine::send(quint32 type, const QByteArray &payload, quint32 length)
 {
-    const std::string name = folder.write_package(QByteArray(124, 'x') + payload);
+    const std::filesystem::path file =
+        to_file_path(folder.write_package(QByteArray(124, 'x') + payload));
     std::uint32_t progress = 0;
-    while (progress < length && dispatch_segment(name, progress, type, 124, length)) {
+    while (progress < length && dispatch_segment(file, progress, type, 124, length)) {
     }
     return progress;
 }

@@ -11,6 +11,7 @@
 #include <functional>
 #include <iostream>
 #include <iterator>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -63,6 +64,24 @@ std::vector<std::string> reversed_arguments()
     return reversed;
 }
 
+int run(CLI::App &app, const request_t &request)
+{
+    try {
+        app.parse(reversed_arguments());
+    } catch (const CLI::ParseError &error) {
+        return app.exit(error) == 0 ? exit_status::good : exit_status::trouble;
+    }
+    return request.command();
+}
+
+/// The status, once all output is out.
+int written(int status)
+{
+    if (!std::cout.flush())
+        throw std::runtime_error("the output cannot be written");
+    return status;
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -70,15 +89,11 @@ int main(int argc, char **argv)
     const QCoreApplication application(argc, argv);
     CLI::App app("Makes and examines Corvane firmware packages (.ADS)", "corvane-package");
     app.require_subcommand(1);
+    app.set_version_flag("--version", "corvane-package " CORVANE_VERSION);
     request_t request;
     add_commands(app, request);
     try {
-        app.parse(reversed_arguments());
-    } catch (const CLI::ParseError &error) {
-        return app.exit(error) == 0 ? exit_status::good : exit_status::trouble;
-    }
-    try {
-        return request.command();
+        return written(run(app, request));
     } catch (const std::exception &error) {
         std::cerr << "corvane-package: " << error.what() << '\n';
         return exit_status::trouble;

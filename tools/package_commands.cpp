@@ -1,32 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "tools/package_commands.h"
 
+#include "drv/reply_text.h"
+#include "tools/output_place.h"
 #include "tools/package_inspector.h"
 #include "tools/package_manifest.h"
 #include "tools/package_writer.h"
 #include "upgrade/accepted_id.h"
 #include "upgrade/package_reader.h"
 
-#include <QStringList>
-
 #include <iostream>
-#include <iterator>
-#include <stdexcept>
 
 namespace {
-
-upgrade_id_t accepted_ids(const std::string &reply)
-{
-    const QStringList fields = QString::fromStdString(reply).split(QLatin1Char(','));
-    upgrade_id_t ids;
-    int *const places[] = {&ids.id, &ids.lowest, &ids.highest, &ids.exact};
-    bool valid = fields.size() == static_cast<int>(std::size(places));
-    for (int index = 0; valid && index < fields.size(); ++index)
-        *places[index] = fields[index].toInt(&valid);
-    if (!valid)
-        throw std::runtime_error("\"" + reply + "\" is not four integers, separated by commas");
-    return ids;
-}
 
 std::string accepted_text(const upgrade_id_t &ids)
 {
@@ -40,7 +25,10 @@ std::string accepted_text(const upgrade_id_t &ids)
 int create_package(const std::string &manifest, const std::string &package)
 {
     const QString path = QString::fromStdString(package);
-    write_package(read_manifest(QString::fromStdString(manifest)), path);
+    const QString manifest_path = QString::fromStdString(manifest);
+    const package_plan_t plan = read_manifest(manifest_path);
+    check_output_place(path, manifest_path, plan);
+    write_package(plan, path);
     for (const finding_t &finding : package_inspector_t(path).inspect().findings)
         std::cerr << package << ": warning: " << finding.text << '\n';
     return exit_status::good;
@@ -55,11 +43,12 @@ int inspect_package(const std::string &package, bool as_json)
 
 int check_package(const std::string &package, const std::string &reply)
 {
-    const upgrade_id_t ids = accepted_ids(reply);
-    const std::string name = readable_package_name(QString::fromStdString(package));
+    upgrade_id_t ids = accepts_nothing;
+    read_upgrade_id(reply, ids);
+    const std::filesystem::path file = readable_package(QString::fromStdString(package));
     set_accepted_ids(ids);
     upgrade_header_t header{};
-    const bool accepted = read_upgrade_header(name, header);
+    const bool accepted = read_upgrade_header(file, header);
     if (!header_has_magic(header)) {
         std::cout << "refused: this is no firmware package, or its header is damaged\n";
         return exit_status::objection;

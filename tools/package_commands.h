@@ -18,5 +18,5 @@ int create_package(const std::string &manifest, const std::string &package);
 /// Prints what a package holds; findings are an objection.
 int inspect_package(const std::string &package, bool as_json);
 /// Tells whether an instrument accepts a package. `reply` is what the instrument answers to
-/// "UPGRADE:ID?": four numbers, separated by commas.
+/// "UPGRADE:ID?": taken as Corvane takes it.
 int check_package(const std::string &package, const std::string &reply);

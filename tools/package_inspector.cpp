@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tools/package_inspector.h"
 
+#include "tools/readable_file.h"
 #include "tools/text_mode.h"
 #include "upgrade/package_reader.h"
 #include "upgrade/segment_chain.h"
@@ -48,20 +49,26 @@ const char *break_text(chain_step_t step)
 
 } // namespace
 
-std::string readable_package_name(const QString &path)
+std::filesystem::path package_path(const QString &path)
 {
-    if (!QFileInfo(path).isFile() || !QFile(path).open(QIODevice::ReadOnly))
-        throw std::runtime_error(path.toStdString() + ": cannot be read");
-    std::string name = to_package_name(path);
+    const QString absolute = QFileInfo(path).absoluteFilePath();
+    const std::string name = to_package_name(absolute);
     if (name.empty()) {
-        throw std::runtime_error(path.toStdString() +
+        throw std::runtime_error(absolute.toStdString() +
                                  ": Corvane cannot open it, GB2312 lacks a character of its path");
     }
-    return name;
+    return to_file_path(name);
 }
 
-package_inspector_t::package_inspector_t(const QString &package_path)
-    : path(package_path), name(readable_package_name(package_path))
+std::filesystem::path readable_package(const QString &path)
+{
+    QFile package(path);
+    open_to_read(package);
+    return package_path(path);
+}
+
+package_inspector_t::package_inspector_t(const QString &given_path)
+    : path(given_path), file(readable_package(given_path))
 {
 }
 
@@ -81,7 +88,7 @@ package_report_t package_inspector_t::inspect()
 void package_inspector_t::read_header()
 {
     upgrade_header_t header{};
-    read_upgrade_header(name, header);
+    read_upgrade_header(file, header);
     report.has_magic = header_has_magic(header);
     if (!report.has_magic) {
         add_finding("header", "this is no firmware package, or its header is damaged");
@@ -100,7 +107,7 @@ void package_inspector_t::read_header()
 
 void package_inspector_t::walk_segments()
 {
-    segment_chain_t chain(name, report.end_offset);
+    segment_chain_t chain(file, report.end_offset);
     chain_step_t step = chain.next();
     for (; step == chain_step_t::segment; step = chain.next()) {
         if (report.segments.size() == most_segments) {
@@ -121,11 +128,13 @@ void package_inspector_t::examine_segment(std::uint64_t record_offset,
 {
     const std::string number = std::to_string(report.segments.size() + 1);
     const segment_kind_t *const kind = find_segment_kind(record.kind());
-    if (kind == nullptr)
+    if (record.data_length == 0)
+        add_finding("empty", "segment " + number + " is empty; nothing is sent for it");
+    else if (kind == nullptr)
         add_finding("type", "segment " + number + " is of no known type");
     else if (!payload_fits(*kind, record.data_length))
         add_finding("length", "payload " + number + " is too long for its command");
-    const bool held = file_holds(name, record.data_offset, record.data_length);
+    const bool held = file_holds(file, record.data_offset, record.data_length);
     if (!held)
         add_finding("payload", "the file does not hold all of payload " + number);
     find_text_mode_hazard(record_offset, segment_record_bytes, "record " + number);
@@ -135,14 +144,14 @@ void package_inspector_t::examine_segment(std::uint64_t record_offset,
 std::string package_inspector_t::digest(const segment_record_t &record)
 {
     digested_bytes += record.data_length;
-    QFile file(path);
+    QFile package(path);
     if (digested_bytes > most_digested_share * report.file_bytes ||
-        !file.open(QIODevice::ReadOnly) || !file.seek(record.data_offset))
+        !package.open(QIODevice::ReadOnly) || !package.seek(record.data_offset))
         return {};
     QCryptographicHash hash(QCryptographicHash::Sha256);
     qint64 left = record.data_length;
     while (left > 0) {
-        const QByteArray chunk = file.read(std::min(left, digest_chunk_bytes));
+        const QByteArray chunk = package.read(std::min(left, digest_chunk_bytes));
         if (chunk.isEmpty())
             return {};
         hash.addData(chunk);
@@ -173,7 +182,7 @@ void package_inspector_t::find_text_mode_hazard(std::uint64_t offset, std::size_
                                                 const std::string &what)
 {
     std::vector<std::uint8_t> bytes(size);
-    if (read_payload(name, offset, reinterpret_cast<char *>(bytes.data()), size) &&
+    if (read_payload(file, offset, reinterpret_cast<char *>(bytes.data()), size) &&
         !survives_text_mode(bytes.data(), size))
         add_finding("text-mode", what + " holds a Ctrl-Z or CR LF; Windows misreads it");
 }

@@ -5,11 +5,15 @@
 
 #include <QString>
 
+#include <filesystem>
 #include <string>
 
-/// The narrow name under which Corvane opens a file. Throws std::exception, with a text for the
-/// user, when the file cannot be read or has no such name.
-std::string readable_package_name(const QString &path);
+/// The path under which Corvane opens a file: the absolute one, as a file dialog gives it. Throws
+/// std::exception, with a text for the user, for one that Corvane cannot open.
+std::filesystem::path package_path(const QString &path);
+
+/// The same for a file that can be read. Throws for any other.
+std::filesystem::path readable_package(const QString &path);
 
 /// Examines a package that may hold anything, also for what Corvane itself does not check.
 ///
@@ -22,7 +26,7 @@ public:
     /// The payload bytes that are digested at most, as a multiple of the file's size.
     static constexpr std::uint64_t most_digested_share = 4;
 
-    /// Throws as `readable_package_name`.
+    /// Throws as `readable_package`.
     explicit package_inspector_t(const QString &path);
 
     package_report_t inspect();
@@ -37,7 +41,7 @@ private:
     void add_finding(const char *kind, const std::string &text);
 
     QString path;
-    std::string name;
+    std::filesystem::path file;
     package_report_t report;
     std::uint64_t digested_bytes = 0;
 };

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "tools/package_manifest.h"
 
+#include "tools/readable_file.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -10,8 +12,10 @@
 #include <algorithm>
 #include <initializer_list>
 #include <limits>
+#include <set>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -55,13 +59,29 @@ planned_segment_t planned_segment(const json &entry, const QFileInfo &manifest)
     require_keys(entry, {"type", "file"});
     const auto file = entry.at("file").get<std::string>();
     const QFileInfo payload(manifest.dir(), QString::fromStdString(file));
-    if (!payload.isFile())
-        throw std::runtime_error(file + " is not a file");
+    QFile readable(payload.filePath());
+    open_to_read(readable);
     const segment_kind_t *const kind = kind_named(entry.at("type"));
     const auto bytes = static_cast<std::uint64_t>(payload.size());
     if (!payload_fits(*kind, bytes) || bytes > std::numeric_limits<std::uint32_t>::max())
         throw std::runtime_error(file + " is too long for this type");
     return {kind, payload.filePath(), static_cast<std::uint32_t>(bytes)};
+}
+
+/// Of two equal keys the parser would drop the first without a word.
+json parse_manifest(const QByteArray &text)
+{
+    std::vector<std::set<json>> keys;
+    const auto look_at = [&keys](int /*depth*/, json::parse_event_t event, json &parsed) {
+        if (event == json::parse_event_t::object_start)
+            keys.emplace_back();
+        else if (event == json::parse_event_t::object_end)
+            keys.pop_back();
+        else if (event == json::parse_event_t::key && !keys.back().insert(parsed).second)
+            throw std::runtime_error(parsed.dump() + " is given twice");
+        return true;
+    };
+    return json::parse(text.begin(), text.end(), look_at);
 }
 
 package_plan_t plan_of(const json &manifest, const QFileInfo &place)
@@ -87,12 +107,10 @@ package_plan_t plan_of(const json &manifest, const QFileInfo &place)
 package_plan_t read_manifest(const QString &path)
 {
     QFile file(path);
-    const QFileInfo place(path);
-    if (!place.isFile() || !file.open(QIODevice::ReadOnly))
-        throw std::runtime_error(path.toStdString() + ": cannot be read");
+    open_to_read(file);
     const QByteArray text = file.readAll();
     try {
-        return plan_of(json::parse(text.begin(), text.end()), place);
+        return plan_of(parse_manifest(text), QFileInfo(path));
     } catch (const std::exception &error) {
         throw std::runtime_error(path.toStdString() + ": " + error.what());
     }

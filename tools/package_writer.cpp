@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tools/package_writer.h"
 
+#include "tools/readable_file.h"
 #include "tools/text_mode.h"
 #include "upgrade/header_cipher.h"
 #include "upgrade/little_endian.h"
@@ -99,8 +100,7 @@ void write_bytes(QIODevice &out, const std::array<std::uint8_t, size> &bytes)
 void copy_payload(QIODevice &out, const planned_segment_t &segment)
 {
     QFile payload(segment.payload_path);
-    if (!payload.open(QIODevice::ReadOnly))
-        throw std::runtime_error(segment.payload_path.toStdString() + ": cannot be read");
+    open_to_read(payload);
     qint64 copied = 0;
     for (QByteArray chunk = payload.read(copy_chunk_bytes); !chunk.isEmpty();
          chunk = payload.read(copy_chunk_bytes))
@@ -116,13 +116,17 @@ void write_package(const package_plan_t &plan, const QString &path)
     std::uint64_t end = 0;
     const std::vector<segment_record_t> records = lay_out(plan, end);
     QSaveFile out(path);
+    const auto refuse = [&out, &path] {
+        throw std::runtime_error(path.toStdString() +
+                                 ": cannot be written: " + out.errorString().toStdString());
+    };
     if (!out.open(QIODevice::WriteOnly))
-        throw std::runtime_error(path.toStdString() + ": cannot be written");
+        refuse();
     write_bytes(out, make_header(plan.product_id, static_cast<std::uint32_t>(end)));
     for (std::size_t index = 0; index < records.size(); ++index) {
         write_bytes(out, make_record(records[index]));
         copy_payload(out, plan.segments[index]);
     }
     if (!out.commit())
-        throw std::runtime_error(path.toStdString() + ": cannot be written");
+        refuse();
 }

@@ -3,7 +3,6 @@
 
 #include "upgrade/accepted_id.h"
 #include "upgrade/header_cipher.h"
-#include "upgrade/upgrade_file.h"
 
 #include <fstream>
 
@@ -14,53 +13,53 @@ namespace {
 constexpr std::ios::openmode record_mode = std::ios::in;
 constexpr std::ios::openmode payload_mode = std::ios::in | std::ios::binary;
 
-bool read_bytes(const std::string &file_name, std::ios::openmode mode, std::uint64_t offset,
+bool read_bytes(const std::filesystem::path &file, std::ios::openmode mode, std::uint64_t offset,
                 char *buffer, std::size_t length)
 {
-    std::ifstream file(to_file_path(file_name), mode);
-    file.seekg(static_cast<std::streamoff>(offset));
-    file.read(buffer, static_cast<std::streamsize>(length));
-    return file.good();
+    std::ifstream stream(file, mode);
+    stream.seekg(static_cast<std::streamoff>(offset));
+    stream.read(buffer, static_cast<std::streamsize>(length));
+    return stream.good();
 }
 
 template <std::size_t size>
-bool read_record_bytes(const std::string &file_name, std::uint64_t offset,
+bool read_record_bytes(const std::filesystem::path &file, std::uint64_t offset,
                        std::array<std::uint8_t, size> &buffer)
 {
-    return read_bytes(file_name, record_mode, offset, reinterpret_cast<char *>(buffer.data()),
+    return read_bytes(file, record_mode, offset, reinterpret_cast<char *>(buffer.data()),
                       buffer.size());
 }
 
 } // namespace
 
-bool read_upgrade_header(const std::string &file_name, upgrade_header_t &header)
+bool read_upgrade_header(const std::filesystem::path &file, upgrade_header_t &header)
 {
     upgrade_header_t read{};
-    if (!file_holds(file_name, 0, upgrade_header_bytes) || !read_record_bytes(file_name, 0, read))
+    if (!file_holds(file, 0, upgrade_header_bytes) || !read_record_bytes(file, 0, read))
         return false;
     des_crypt(header.data(), read.data(), read.size(), header_key.data(), header_key.size(), true);
     return check_upgrade_header(header);
 }
 
-bool read_segment_record(const std::string &file_name, segment_record_buffer_t &buffer,
+bool read_segment_record(const std::filesystem::path &file, segment_record_buffer_t &buffer,
                          std::uint64_t offset)
 {
-    read_record_bytes(file_name, offset, buffer);
+    read_record_bytes(file, offset, buffer);
     return true;
 }
 
-bool read_payload(const std::string &file_name, std::uint64_t offset, char *buffer,
+bool read_payload(const std::filesystem::path &file, std::uint64_t offset, char *buffer,
                   std::size_t length)
 {
-    return read_bytes(file_name, payload_mode, offset, buffer, length);
+    return read_bytes(file, payload_mode, offset, buffer, length);
 }
 
-bool file_holds(const std::string &file_name, std::uint64_t offset, std::uint64_t length)
+bool file_holds(const std::filesystem::path &file, std::uint64_t offset, std::uint64_t length)
 {
     if (length == 0)
         return true;
     std::error_code error;
-    const std::uintmax_t size = std::filesystem::file_size(to_file_path(file_name), error);
+    const std::uintmax_t size = std::filesystem::file_size(file, error);
     return !error && offset <= size && length <= size - offset;
 }
 

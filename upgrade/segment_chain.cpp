@@ -5,8 +5,8 @@
 
 #include <utility>
 
-segment_chain_t::segment_chain_t(std::string package_name, std::uint32_t chain_end)
-    : file_name(std::move(package_name)), end_offset(chain_end)
+segment_chain_t::segment_chain_t(std::filesystem::path package, std::uint32_t chain_end)
+    : file(std::move(package)), end_offset(chain_end)
 {
 }
 
@@ -16,12 +16,12 @@ chain_step_t segment_chain_t::next()
     offset = next_offset;
     if (!visited.empty() && offset == end_offset)
         return chain_step_t::complete;
-    if (!file_holds(file_name, offset, segment_record_bytes))
+    if (!file_holds(file, offset, segment_record_bytes))
         return chain_step_t::missing;
     if (!visited.insert(offset).second)
         return chain_step_t::repeated;
     segment_record_buffer_t buffer{};
-    read_segment_record(file_name, buffer, offset);
+    read_segment_record(file, buffer, offset);
     current = parse_segment_record(buffer);
     next_offset = std::uint64_t{current.data_offset} + current.data_length;
     return chain_step_t::segment;

@@ -4,8 +4,8 @@
 #include "upgrade/package_format.h"
 
 #include <cstdint>
+#include <filesystem>
 #include <set>
-#include <string>
 
 /// What `segment_chain_t::next` comes to.
 enum class chain_step_t : std::uint8_t {
@@ -22,7 +22,7 @@ enum class chain_step_t : std::uint8_t {
 class segment_chain_t
 {
 public:
-    segment_chain_t(std::string file_name, std::uint32_t end_offset);
+    segment_chain_t(std::filesystem::path file, std::uint32_t end_offset);
 
     /// Goes to the next record; call it no more once it does not answer `segment`.
     chain_step_t next();
@@ -33,7 +33,7 @@ public:
     std::uint64_t record_offset() const noexcept;
 
 private:
-    std::string file_name;
+    std::filesystem::path file;
     std::uint32_t end_offset;
     segment_record_t current{};
     std::uint64_t offset = upgrade_header_bytes;

@@ -11,6 +11,8 @@
 
 #include <algorithm>
 #include <array>
+#include <map>
+#include <string>
 #include <string_view>
 
 namespace {
@@ -34,7 +36,7 @@ bool announce_image(const segment_kind_t &kind, std::uint32_t image_bytes)
     return wait_ready();
 }
 
-bool send_image_block(const segment_kind_t &kind, const std::string &file_name,
+bool send_image_block(const segment_kind_t &kind, const std::filesystem::path &file,
                       std::uint32_t &progress, std::uint32_t data_offset, std::uint32_t data_length)
 {
     if (progress == 0 && !announce_image(kind, data_length))
@@ -44,7 +46,7 @@ bool send_image_block(const segment_kind_t &kind, const std::string &file_name,
     std::fill(block, message.end(), padding);
     const auto count =
         std::min<std::uint32_t>(data_length - progress, segment_transfer::block_bytes);
-    if (!read_payload(file_name, std::uint64_t{data_offset} + progress, block, count))
+    if (!read_payload(file, std::uint64_t{data_offset} + progress, block, count))
         return false;
     progress += count;
     drv_device_t::instance()->link_write(message.data(), message.size());
@@ -52,13 +54,12 @@ bool send_image_block(const segment_kind_t &kind, const std::string &file_name,
     return wait_ready();
 }
 
-bool send_parameter(const segment_kind_t &kind, const std::string &file_name,
+bool send_parameter(const segment_kind_t &kind, const std::filesystem::path &file,
                     std::uint32_t &progress, std::uint32_t data_offset, std::uint32_t data_length)
 {
     std::array<char, parameter_command_bytes> command{};
     char *const payload = std::copy(kind.command.begin(), kind.command.end(), command.begin());
-    if (!payload_fits(kind, data_length) ||
-        !read_payload(file_name, data_offset, payload, data_length))
+    if (!payload_fits(kind, data_length) || !read_payload(file, data_offset, payload, data_length))
         return false;
     progress = data_length;
     drv_device_t::instance()->link_write(command.data(), kind.command.size() + data_length);
@@ -73,18 +74,18 @@ void fill_segment_handlers()
     for (const segment_kind_t &kind : segment_kinds) {
         const auto send =
             kind.transfer == segment_transfer_t::parameter ? send_parameter : send_image_block;
-        segment_handlers[kind.type] = [&kind, send](const std::string &file_name,
+        segment_handlers[kind.type] = [&kind, send](const std::filesystem::path &file,
                                                     std::uint32_t &progress, std::uint32_t /*type*/,
                                                     std::uint32_t offset, std::uint32_t length) {
-            return send(kind, file_name, progress, offset, length);
+            return send(kind, file, progress, offset, length);
         };
     }
 }
 
-bool dispatch_segment(const std::string &file_name, std::uint32_t &progress, std::uint32_t type,
-                      std::uint32_t data_offset, std::uint32_t data_length)
+bool dispatch_segment(const std::filesystem::path &file, std::uint32_t &progress,
+                      std::uint32_t type, std::uint32_t data_offset, std::uint32_t data_length)
 {
     const auto handler = segment_handlers.find(static_cast<std::uint8_t>(type));
     return handler != segment_handlers.end() &&
-           handler->second(file_name, progress, type, data_offset, data_length);
+           handler->second(file, progress, type, data_offset, data_length);
 }

@@ -3,16 +3,15 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <filesystem>
 #include <functional>
-#include <map>
-#include <string>
 
-/// Sends a segment, or the next part of it, to the instrument: the package's narrow name, the bytes
-/// of the segment that are sent (which it brings up to date), the type, offset and length of the
+/// Sends a segment, or the next part of it, to the instrument: the package, the bytes of
+/// the segment that are sent (which it brings up to date), the type, offset and length of the
 /// segment record. False when the segment has failed.
 using segment_handler_t =
-    std::function<bool(const std::string &file_name, std::uint32_t &progress, std::uint32_t type,
-                       std::uint32_t data_offset, std::uint32_t data_length)>;
+    std::function<bool(const std::filesystem::path &file, std::uint32_t &progress,
+                       std::uint32_t type, std::uint32_t data_offset, std::uint32_t data_length)>;
 
 /// The size of the blocks in which images go out, and the pauses after the commands.
 namespace segment_transfer {
@@ -28,5 +27,5 @@ void fill_segment_handlers();
 
 /// Calls the handler for the low byte of `type`; false when there is none. An image goes out one
 /// block a call, a parameter at once.
-bool dispatch_segment(const std::string &file_name, std::uint32_t &progress, std::uint32_t type,
-                      std::uint32_t data_offset, std::uint32_t data_length);
+bool dispatch_segment(const std::filesystem::path &file, std::uint32_t &progress,
+                      std::uint32_t type, std::uint32_t data_offset, std::uint32_t data_length);

@@ -35,18 +35,21 @@ std::string to_package_name(const QString &path)
     return name.constData();
 }
 
-std::filesystem::path to_file_path(const std::string &package_name)
+std::filesystem::path to_path(const QString &path)
 {
-    const QTextCodec *const codec = package_name_codec();
-    if (codec == nullptr)
-        return {};
-    const QString path =
-        codec->toUnicode(package_name.data(), static_cast<int>(package_name.size()));
 #ifdef Q_OS_WIN
     return path.toStdWString();
 #else
     return QFile::encodeName(path).toStdString();
 #endif
+}
+
+std::filesystem::path to_file_path(const std::string &package_name)
+{
+    const QTextCodec *const codec = package_name_codec();
+    if (codec == nullptr)
+        return {};
+    return to_path(codec->toUnicode(package_name.data(), static_cast<int>(package_name.size())));
 }
 
 void set_upgrade_file_name(const std::string &package_name)

@@ -12,7 +12,11 @@ class QString;
 /// The narrow name of a path, up to its first zero; empty for a path that GB2312 cannot hold.
 std::string to_package_name(const QString &path);
 
-/// The path that a narrow name stands for, as the platform opens it.
+/// A path as the platform opens it.
+std::filesystem::path to_path(const QString &path);
+
+/// The path that a narrow name stands for, as the platform opens it. Everything that reads packages
+/// takes this path.
 std::filesystem::path to_file_path(const std::string &package_name);
 
 /// The narrow name of the package that the next upgrade transfers, one for the process.

@@ -33,21 +33,21 @@ upgrade_thread_t::~upgrade_thread_t()
 
 void upgrade_thread_t::run()
 {
-    const std::string file_name = upgrade_file_name();
+    const std::filesystem::path file = to_file_path(upgrade_file_name());
     upgrade_header_t header{};
-    read_upgrade_header(file_name, header);
-    const bool complete = send_chain(file_name, header_end_offset(header));
+    read_upgrade_header(file, header);
+    const bool complete = send_chain(file, header_end_offset(header));
     reboot();
     if (complete)
         emit send_upgrade_success();
 }
 
-bool upgrade_thread_t::send_chain(const std::string &file_name, std::uint32_t end_offset)
+bool upgrade_thread_t::send_chain(const std::filesystem::path &file, std::uint32_t end_offset)
 {
-    segment_chain_t chain(file_name, end_offset);
+    segment_chain_t chain(file, end_offset);
     chain_step_t step = chain.next();
     for (int told = 1; step == chain_step_t::segment; step = chain.next(), ++told) {
-        if (!send_segment(file_name, chain.record()))
+        if (!send_segment(file, chain.record()))
             return false;
         if (told % most_unseen_segments == 0)
             wait_until_seen();
@@ -58,23 +58,24 @@ bool upgrade_thread_t::send_chain(const std::string &file_name, std::uint32_t en
     return false;
 }
 
-bool upgrade_thread_t::send_segment(const std::string &file_name, const segment_record_t &record)
+bool upgrade_thread_t::send_segment(const std::filesystem::path &file,
+                                    const segment_record_t &record)
 {
     emit init_progress_bar(record.data_length, record.kind());
     std::uint32_t progress = 0;
-    const bool complete = send_payload(file_name, record, progress);
+    const bool complete = send_payload(file, record, progress);
     emit send_upgrade_state(progress, complete);
     return complete;
 }
 
-bool upgrade_thread_t::send_payload(const std::string &file_name, const segment_record_t &record,
-                                    std::uint32_t &progress)
+bool upgrade_thread_t::send_payload(const std::filesystem::path &file,
+                                    const segment_record_t &record, std::uint32_t &progress)
 {
-    if (isInterruptionRequested() || !file_holds(file_name, record.data_offset, record.data_length))
+    if (isInterruptionRequested() || !file_holds(file, record.data_offset, record.data_length))
         return false;
     while (progress < record.data_length) {
-        if (isInterruptionRequested() || !dispatch_segment(file_name, progress, record.type,
-                                                           record.data_offset, record.data_length))
+        if (isInterruptionRequested() ||
+            !dispatch_segment(file, progress, record.type, record.data_offset, record.data_length))
             return false;
         emit send_upgrade_state(progress, true);
     }

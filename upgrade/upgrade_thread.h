@@ -4,7 +4,7 @@
 #include <QThread>
 
 #include <cstdint>
-#include <string>
+#include <filesystem>
 
 struct segment_record_t;
 
@@ -37,9 +37,9 @@ protected:
     void run() override;
 
 private:
-    bool send_chain(const std::string &file_name, std::uint32_t end_offset);
-    bool send_segment(const std::string &file_name, const segment_record_t &record);
-    bool send_payload(const std::string &file_name, const segment_record_t &record,
+    bool send_chain(const std::filesystem::path &file, std::uint32_t end_offset);
+    bool send_segment(const std::filesystem::path &file, const segment_record_t &record);
+    bool send_payload(const std::filesystem::path &file, const segment_record_t &record,
                       std::uint32_t &progress);
     void wait_until_seen();
 };

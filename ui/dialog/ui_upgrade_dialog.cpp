@@ -24,12 +24,10 @@ namespace {
 
 constexpr int full_percent = 100;
 
-/// An instrument that does not answer accepts nothing: no number is in the range from 1 to 0.
 void read_accepted_ids()
 {
     const instrument_traffic_t traffic;
-    upgrade_id_t record;
-    record.lowest = 1;
+    upgrade_id_t record = accepts_nothing;
     drv_command_t::instance()->upgrade_id_read(record);
     set_accepted_ids(record);
 }
@@ -107,7 +105,7 @@ void ui_upgrade_dialog_t::begin_btn_click_slot()
     const std::string name = to_package_name(path);
     set_upgrade_file_name(name);
     upgrade_header_t header{};
-    if (name.empty() || !read_upgrade_header(name, header)) {
+    if (name.empty() || !read_upgrade_header(to_file_path(name), header)) {
         show_information(this, tr("Upgrade file error!"));
         return;
     }
