@@ -3,7 +3,7 @@
 // same instrument asked without it; and a thousand of them in one process beside a single one.
 
 #include "bench/figures.h"
-#include "sim/sim_instrument.h"
+#include "sim/instrument/sim_instrument.h"
 #include "sim/visa/sim_control.h"
 #include "sim/visa/visa_exports.h"
 

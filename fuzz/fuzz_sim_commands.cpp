@@ -2,8 +2,8 @@
 // Sends arbitrary messages, one a line, to a simulated instrument. It answers in lines or not at
 // all, never throws, and can be asked at any time what it remembers.
 
-#include "sim/sim_instrument.h"
-#include "sim/state_report.h"
+#include "sim/instrument/sim_instrument.h"
+#include "sim/instrument/state_report.h"
 
 #include <cstdint>
 #include <cstdlib>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "sim/sim_instrument.h"
+#include "sim/instrument/sim_instrument.h"
 
 #include <QtTest/QTest>
 

@@ -13,7 +13,7 @@
 
 namespace {
 
-using namespace sim::visa;
+using namespace visa;
 
 const char *const usb = "USB0::0xA17E::0x2000::S44::INSTR";
 const char *const lan = "TCPIP0::127.0.0.1::INSTR";

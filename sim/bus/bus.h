@@ -9,7 +9,6 @@
 #include <memory>
 #include <mutex>
 #include <optional>
-#include <string>
 #include <string_view>
 #include <vector>
 
@@ -36,32 +35,26 @@ public:
         bus_state_t &state;
     };
 
-    /// An empty bus.
-    bus_t() = default;
-
-    /// Throws fleet_error_t for a resource name that is malformed or used twice.
-    explicit bus_t(const fleet_t &fleet);
-
     /// Replaces the instruments, closes all sessions, drops faults and scripts; the log and the
-    /// call counts stay. Throws fleet_error_t and then changes nothing.
+    /// call counts stay. Throws fleet_error_t for a resource name that is malformed or used twice,
+    /// and then changes nothing.
     void load(const fleet_t &fleet);
 
     /// The place with this resource name in any spelling, whether something is there now or not;
     /// nothing for a malformed or unknown one.
     std::optional<place_t> find(std::string_view resource_name) const;
 
-    /// How many places there are, and what is told of each; the state moves on at once.
-    std::size_t place_count() const;
     bool is_present(place_t place) const;
 
-    /// When the instrument is back from a reboot; nothing when it is off the bus for good.
+    /// When the instrument is back from a reboot (a moment past if it is there); nothing when its
+    /// cable is out.
     std::optional<bus_time_t> back_at(place_t place) const;
 
     /// Connects to a place; null while nothing is there.
     std::shared_ptr<bus_session_t> open(place_t place);
 
-    /// Counts a call that concerns no session, and says what faults do to it.
-    bus_outcome_t note_call(operation_t operation, std::optional<place_t> place);
+    /// Counts a call that no session does, and lets the faults that hit it act.
+    bus_outcome_t note_call(operation_t operation, std::optional<place_t> place = std::nullopt);
 
     /// For looking into the instruments and for making things go wrong.
     access_t access() { return {mutex, state}; }
@@ -69,9 +62,11 @@ public:
 private:
     friend class bus_session_t;
 
+    bus_outcome_t suffer(std::unique_lock<std::mutex> &guard, operation_t operation,
+                         std::optional<place_t> place, std::vector<fault_t> &reply_faults);
+
     mutable std::mutex mutex;
     bus_state_t state;
-    std::vector<bus_session_t *> sessions;
 };
 
 } // namespace sim

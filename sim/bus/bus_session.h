@@ -11,11 +11,12 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace sim {
 
 class bus_t;
-struct bus_state_t;
+class place_lock_t;
 
 /// One client's connection to one place on the bus: a VISA session, a VXI-11 link, a raw socket, a
 /// serial line. bus_t::open() makes it.
@@ -85,12 +86,24 @@ public:
 
 private:
     friend class bus_t;
+    friend class bus_state_t;
 
     using guard_t = std::unique_lock<std::mutex>;
+    using attempt_t = std::optional<bus_result_t> (*)(place_lock_t &lock, const bus_session_t &who,
+                                                      const std::string &key);
+
+    // All of these with the bus's mutex held; those that take the guard may release it to wait.
 
     bus_outcome_t begin(guard_t &guard, operation_t operation, bus_time_t wait_for_lock,
-                        call_faults_t &faults);
-    bus_outcome_t connection_outcome() const;
+                        std::vector<fault_t> &reply_faults);
+    bus_outcome_t suffer(guard_t &guard, operation_t operation, std::vector<fault_t> &reply_faults);
+    bus_lock_t lock(const std::string &key, bus_time_t deadline, attempt_t attempt);
+    void deliver(const std::string &message, const std::vector<fault_t> &reply_faults);
+    void begin_read(const std::vector<fault_t> &reply_faults);
+    bus_result_t wait_for_reply(guard_t &guard, bus_time_t deadline);
+    void wait(guard_t &guard, bus_time_t until);
+    bus_result_t connection_state() const;
+    void wake() { changed.notify_all(); }
 
     bus_t &bus;
     const place_t where;

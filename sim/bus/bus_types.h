@@ -28,7 +28,6 @@ enum class bus_result_t : std::uint8_t {
     timed_out,  ///< no reply, or no lock, before the deadline
     locked,     ///< another session has the lock, and the deadline for that has passed
     lost,       ///< the connection broke (cable, reboot); the session stays dead until it is closed
-    absent,     ///< nothing is at the place now
     closed,     ///< the session is closed, perhaps while the call waited
     not_locked, ///< the session has no lock that it could give back
     wrong_key,  ///< the session shares the lock already, with another key
@@ -59,7 +58,7 @@ struct bus_lock_t : bus_outcome_t
 {
     unsigned exclusive_count = 0; ///< how often the session still holds it
     unsigned shared_count = 0;
-    std::string key; ///< of the shared lock
+    std::string key{}; ///< of the shared lock
 };
 
 } // namespace sim

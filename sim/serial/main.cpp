@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "sim/fleet_json.h"
+#include "sim/bus/bus.h"
+#include "sim/bus/fleet_json.h"
 #include "sim/serial/device_link.h"
 #include "sim/serial/serial_instrument.h"
 #include "sim/serial/waiting.h"
@@ -11,6 +12,7 @@
 #include <iostream>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -66,15 +68,23 @@ const fleet_instrument_t &choose(const fleet_t &fleet, const request_t &request)
     return *found;
 }
 
-reply_pace_t pace_of(const request_t &request, const fleet_instrument_t &chosen)
+reply_pace_t pace_of(const request_t &request)
 {
     reply_pace_t pace;
-    pace.delay = request.delay_ms < 0 ? chosen.response_delay : milliseconds(request.delay_ms);
     if (!request.fragment.empty())
         pace.piece_bytes = static_cast<std::size_t>(request.fragment.front());
     if (request.fragment.size() > 1)
         pace.piece_pause = milliseconds(request.fragment.back());
     return pace;
+}
+
+/// The fleet with the instrument that is asked for and no other.
+fleet_t only(fleet_instrument_t chosen, fleet_t fleet, const request_t &request)
+{
+    if (request.delay_ms >= 0)
+        chosen.response_delay = milliseconds(request.delay_ms);
+    fleet.instruments = {std::move(chosen)};
+    return fleet;
 }
 
 fleet_t read_fleet(const std::string &path)
@@ -86,23 +96,25 @@ fleet_t read_fleet(const std::string &path)
     }
 }
 
-/// Serves one line and tells whether the instrument comes back on another.
-bool serve_line(serial_instrument_t &instrument, const std::string &link_place)
+void serve_line(serial_instrument_t &instrument, const std::string &link_place)
 {
     pseudo_terminal_t terminal;
     const device_link_t link(link_place, terminal.path());
     std::cout << terminal.path() << std::endl;
-    return instrument.serve(terminal) == instrument_effect_t::reboot;
+    instrument.serve(terminal);
 }
 
 void run(const request_t &request)
 {
     const fleet_t fleet = read_fleet(request.fleet);
-    const fleet_instrument_t &chosen = choose(fleet, request);
-    serial_instrument_t instrument(chosen.config, pace_of(request, chosen), catch_stop_signals(),
+    bus_t bus;
+    bus.load(only(choose(fleet, request), fleet, request));
+    const place_t place = 0;
+    serial_instrument_t instrument(bus, place, pace_of(request), catch_stop_signals(),
                                    request.log ? &std::cerr : nullptr);
-    while (serve_line(instrument, request.link) && instrument.pass(fleet.reboot_time)) {
-    }
+    do
+        serve_line(instrument, request.link);
+    while (instrument.wait_for_return());
 }
 
 } // namespace

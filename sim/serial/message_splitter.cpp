@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "sim/serial/message_splitter.h"
 
-#include "sim/command_table.h"
-#include "sim/firmware_store.h"
+#include "sim/instrument/command_table.h"
+#include "sim/instrument/firmware_store.h"
 
 namespace sim::serial {
 

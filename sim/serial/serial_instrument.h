@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "sim/bus/bus.h"
 #include "sim/serial/message_splitter.h"
 #include "sim/serial/pseudo_terminal.h"
-#include "sim/sim_instrument.h"
 
 #include <chrono>
 #include <cstddef>
 #include <iosfwd>
+#include <memory>
 #include <string>
 
 namespace sim::serial {
@@ -15,12 +16,12 @@ namespace sim::serial {
 /// How replies go out.
 struct reply_pace_t
 {
-    std::chrono::milliseconds delay{0};       ///< from a query to its reply
     std::size_t piece_bytes = 0;              ///< size of the pieces of a reply; 0: one piece
     std::chrono::milliseconds piece_pause{0}; ///< between two pieces
 };
 
-/// A simulated instrument that speaks over a serial line.
+/// The serial line of an instrument on the bus: finds the messages in what arrives, and sends
+/// replies as they come.
 class serial_instrument_t
 {
 public:
@@ -29,21 +30,25 @@ public:
 
     /// Serving ends once the descriptor `stop` is readable. Every message is also written to
     /// `log`, a line each, unless that is null.
-    serial_instrument_t(const instrument_config_t &config, const reply_pace_t &pace, int stop,
+    serial_instrument_t(bus_t &bus, place_t place, const reply_pace_t &pace, int stop,
                         std::ostream *log);
 
-    /// Serves a line until the instrument leaves it: `reboot` when it is to come back on a new
-    /// line, `unplug` when not. `none` says that serving is to end.
-    instrument_effect_t serve(pseudo_terminal_t &terminal);
+    /// Serves a line until the instrument leaves it.
+    void serve(pseudo_terminal_t &terminal);
 
-    /// Lets time pass; false when serving is to end.
-    bool pass(std::chrono::milliseconds time) const;
+    /// Waits until the instrument is back on the bus, for a new line; false when it does not come
+    /// back or when serving is to end.
+    bool wait_for_return() const;
 
 private:
-    instrument_effect_t answer(const std::string &message, pseudo_terminal_t &terminal);
-    void send(const std::string &reply, pseudo_terminal_t &terminal) const;
+    /// False when serving is to end.
+    bool pass_until(bus_time_t time) const;
+    void answer(const std::string &message, bus_session_t &session,
+                pseudo_terminal_t &terminal) const;
+    void send(std::string_view reply, pseudo_terminal_t &terminal) const;
 
-    sim_instrument_t instrument;
+    bus_t &bus;
+    place_t place;
     reply_pace_t pace;
     int stop;
     std::ostream *log;

@@ -1,15 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "sim/visa/sim_control.h"
 
-#include "sim/fleet_json.h"
-#include "sim/state_report.h"
+#include "sim/bus/fleet_json.h"
+#include "sim/instrument/state_report.h"
 #include "sim/visa/visa_world.h"
 
 #include <algorithm>
 #include <chrono>
 #include <cstring>
 #include <exception>
-#include <mutex>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -17,23 +16,37 @@
 
 namespace {
 
+using sim::bus_state_t;
 using sim::visa::visa_world_t;
+
+// The numbers of the control interface are those of the bus.
+static_assert(static_cast<int>(sim::operation_t::find) == CORVANE_SIM_FIND_RSRC);
+static_assert(static_cast<int>(sim::operation_t::read) == CORVANE_SIM_READ);
+static_assert(static_cast<int>(sim::operation_t::other) == CORVANE_SIM_OTHER_ENTRY);
+static_assert(static_cast<int>(sim::fault_kind_t::unplug) == CORVANE_SIM_FAULT_UNPLUG);
 
 thread_local std::string last_error;
 
-// Runs an action with the world locked. A failure becomes the thread's last error and the
-// given result.
+// Runs an action on the world. A failure becomes the thread's last error and the given result.
 template <typename result_t, typename action_t>
 result_t with_world(result_t result_on_failure, action_t action) noexcept
 {
     try {
-        visa_world_t &world = visa_world_t::instance();
-        const std::lock_guard<std::mutex> lock(world.mutex);
-        return action(world);
+        return action(visa_world_t::instance());
     } catch (const std::exception &error) {
         last_error = error.what();
         return result_on_failure;
     }
+}
+
+// The same with the bus locked.
+template <typename result_t, typename action_t>
+result_t with_bus(result_t result_on_failure, action_t action) noexcept
+{
+    return with_world(result_on_failure, [&action](visa_world_t &world) -> result_t {
+        const auto everything = world.bus.access();
+        return action(*everything);
+    });
 }
 
 [[noreturn]] void refuse(const std::string &reason)
@@ -41,22 +54,22 @@ result_t with_world(result_t result_on_failure, action_t action) noexcept
     throw std::invalid_argument(reason);
 }
 
-std::size_t resource_named(const visa_world_t &world, const char *name)
+std::size_t resource_named(const bus_state_t &bus, const char *name)
 {
-    const auto resource = world.bus.resource_of(name == nullptr ? "" : name);
+    const auto resource = bus.find(name == nullptr ? "" : name);
     if (!resource)
         refuse("unknown resource \"" + std::string(name == nullptr ? "" : name) + "\"");
     return *resource;
 }
 
-std::optional<std::size_t> resource_or_any(const visa_world_t &world, const char *name)
+std::optional<std::size_t> resource_or_any(const bus_state_t &bus, const char *name)
 {
-    return name == nullptr ? std::nullopt : std::optional(resource_named(world, name));
+    return name == nullptr ? std::nullopt : std::optional(resource_named(bus, name));
 }
 
-const sim::firmware_store_t &firmware_of(visa_world_t &world, const char *resource)
+const sim::firmware_store_t &firmware_of(bus_state_t &bus, const char *resource)
 {
-    return world.bus.instrument_at(resource_named(world, resource)).inspect().firmware;
+    return bus.instrument_at(resource_named(bus, resource)).inspect().firmware;
 }
 
 std::string bytes_of(const void *bytes, std::size_t length)
@@ -124,15 +137,14 @@ size_t corvane_sim_last_error(char *text, size_t capacity)
 
 size_t corvane_sim_log_count(void)
 {
-    return with_world(CORVANE_SIM_NONE,
-                      [](visa_world_t &world) { return world.log.entries().size(); });
+    return with_bus(CORVANE_SIM_NONE, [](bus_state_t &bus) { return bus.log.entries().size(); });
 }
 
 size_t corvane_sim_log_entry(size_t index, char *resource_name, int64_t *time_ns, void *bytes,
                              size_t capacity)
 {
-    return with_world(CORVANE_SIM_NONE, [=](visa_world_t &world) {
-        const auto &entry = entry_of(world.log.entries(), index);
+    return with_bus(CORVANE_SIM_NONE, [=](bus_state_t &bus) {
+        const auto &entry = entry_of(bus.log.entries(), index);
         copy_text(entry.resource, resource_name, resource_name_bytes);
         if (time_ns != nullptr)
             *time_ns = std::chrono::nanoseconds(entry.time.time_since_epoch()).count();
@@ -142,42 +154,44 @@ size_t corvane_sim_log_entry(size_t index, char *resource_name, int64_t *time_ns
 
 void corvane_sim_log_clear(void)
 {
-    with_world(0, [](visa_world_t &world) {
-        world.log.clear();
+    with_bus(0, [](bus_state_t &bus) {
+        bus.log.clear();
         return 0;
     });
 }
 
 void corvane_sim_log_enable(int on)
 {
-    with_world(0, [on](visa_world_t &world) {
-        world.log.enabled = on != 0;
+    with_bus(0, [on](bus_state_t &bus) {
+        bus.log.enabled = on != 0;
         return 0;
     });
 }
 
 uint64_t corvane_sim_call_count(corvane_sim_entry_t entry)
 {
-    return with_world(std::uint64_t{0},
-                      [entry](visa_world_t &world) { return world.faults.call_count(entry); });
+    return with_bus(std::uint64_t{0}, [entry](bus_state_t &bus) {
+        return bus.faults.call_count(static_cast<sim::operation_t>(entry));
+    });
 }
 
 int corvane_sim_add_fault(const corvane_sim_fault_t *fault)
 {
-    return with_world(-1, [fault](visa_world_t &world) {
+    return with_bus(-1, [fault](bus_state_t &bus) {
         if (fault == nullptr || fault->nth == 0)
             refuse("no fault, or its call number is 0");
-        world.faults.add({fault->kind, fault->entry, fault->nth,
-                          resource_or_any(world, fault->resource), fault->sticky != 0, fault->value,
-                          bytes_of(fault->bytes, fault->length)});
+        bus.faults.add({static_cast<sim::fault_kind_t>(fault->kind),
+                        static_cast<sim::operation_t>(fault->entry), fault->nth,
+                        resource_or_any(bus, fault->resource), fault->sticky != 0, fault->value,
+                        bytes_of(fault->bytes, fault->length)});
         return 0;
     });
 }
 
 void corvane_sim_clear_faults(void)
 {
-    with_world(0, [](visa_world_t &world) {
-        world.faults.clear();
+    with_bus(0, [](bus_state_t &bus) {
+        bus.faults.clear();
         return 0;
     });
 }
@@ -185,67 +199,66 @@ void corvane_sim_clear_faults(void)
 int corvane_sim_script_reply(const char *resource, const void *message, size_t message_length,
                              const void *reply, size_t reply_length, int times)
 {
-    return with_world(-1, [=](visa_world_t &world) {
+    return with_bus(-1, [=](bus_state_t &bus) {
         if (message_length == 0 || times == 0)
             refuse("no message, or no times");
-        world.scripts.add({resource_or_any(world, resource), bytes_of(message, message_length),
-                           bytes_of(reply, reply_length), times});
+        bus.scripts.add({resource_or_any(bus, resource), bytes_of(message, message_length),
+                         bytes_of(reply, reply_length), times});
         return 0;
     });
 }
 
 void corvane_sim_clear_scripts(void)
 {
-    with_world(0, [](visa_world_t &world) {
-        world.scripts.clear();
+    with_bus(0, [](bus_state_t &bus) {
+        bus.scripts.clear();
         return 0;
     });
 }
 
 int corvane_sim_unplug(const char *resource)
 {
-    return with_world(-1, [resource](visa_world_t &world) {
-        world.bus.unplug(resource_named(world, resource));
-        world.changed.notify_all();
+    return with_bus(-1, [resource](bus_state_t &bus) {
+        bus.unplug(resource_named(bus, resource));
         return 0;
     });
 }
 
 int corvane_sim_plug(const char *resource)
 {
-    return with_world(-1, [resource](visa_world_t &world) {
-        world.bus.plug(resource_named(world, resource));
+    return with_bus(-1, [resource](bus_state_t &bus) {
+        bus.plug(resource_named(bus, resource));
         return 0;
     });
 }
 
 int corvane_sim_is_present(const char *resource)
 {
-    return with_world(-1, [resource](visa_world_t &world) {
-        return world.bus.is_present(resource_named(world, resource)) ? 1 : 0;
+    return with_bus(-1, [resource](bus_state_t &bus) {
+        return bus.is_present(resource_named(bus, resource)) ? 1 : 0;
     });
 }
 
 size_t corvane_sim_state(const char *resource, char *json, size_t capacity)
 {
-    return with_world(CORVANE_SIM_NONE, [=](visa_world_t &world) {
-        const auto &instrument = world.bus.instrument_at(resource_named(world, resource));
+    return with_bus(CORVANE_SIM_NONE, [=](bus_state_t &bus) {
+        const auto &instrument = bus.instrument_at(resource_named(bus, resource));
         return copy_text(sim::state_report(instrument.inspect()), json, capacity);
     });
 }
 
 size_t corvane_sim_image_count(const char *resource)
 {
-    return with_world(CORVANE_SIM_NONE, [resource](visa_world_t &world) {
-        return firmware_of(world, resource).images().size();
+    return with_bus(CORVANE_SIM_NONE, [resource](bus_state_t &bus) {
+        return firmware_of(bus, resource).images().size();
     });
 }
 
 size_t corvane_sim_image(const char *resource, size_t index, int *kind, size_t *announced_bytes,
                          void *bytes, size_t capacity)
 {
-    return with_world(CORVANE_SIM_NONE, [=](visa_world_t &world) {
-        const auto &image = entry_of(firmware_of(world, resource).images(), index);
+    return with_bus(CORVANE_SIM_NONE, [=](bus_state_t &bus) {
+        const auto &image = entry_of(firmware_of(bus, resource).images(), index);
         if (kind != nullptr)
             *kind = image.kind == sim::image_kind_t::host ? host_segment_type : boot_segment_type;
         if (announced_bytes != nullptr)
@@ -256,16 +269,16 @@ size_t corvane_sim_image(const char *resource, size_t index, int *kind, size_t *
 
 size_t corvane_sim_parameter_count(const char *resource)
 {
-    return with_world(CORVANE_SIM_NONE, [resource](visa_world_t &world) {
-        return firmware_of(world, resource).parameters().size();
+    return with_bus(CORVANE_SIM_NONE, [resource](bus_state_t &bus) {
+        return firmware_of(bus, resource).parameters().size();
     });
 }
 
 size_t corvane_sim_parameter(const char *resource, size_t index, char *name, void *bytes,
                              size_t capacity)
 {
-    return with_world(CORVANE_SIM_NONE, [=](visa_world_t &world) {
-        const auto &parameter = entry_of(firmware_of(world, resource).parameters(), index);
+    return with_bus(CORVANE_SIM_NONE, [=](bus_state_t &bus) {
+        const auto &parameter = entry_of(firmware_of(bus, resource).parameters(), index);
         copy_text(parameter.name, name, parameter_name_bytes);
         return copy_bytes(parameter.bytes, bytes, capacity);
     });
@@ -275,8 +288,8 @@ int corvane_sim_upgrade_misbehave(const char *resource, uint32_t busy_polls,
                                   uint32_t busy_after_block, uint32_t unready_at_block,
                                   uint32_t unplug_at_block)
 {
-    return with_world(-1, [=](visa_world_t &world) {
-        world.bus.instrument_at(resource_named(world, resource))
+    return with_bus(-1, [=](bus_state_t &bus) {
+        bus.instrument_at(resource_named(bus, resource))
             .misbehave({busy_polls, busy_after_block, unready_at_block, unplug_at_block});
         return 0;
     });

@@ -43,7 +43,12 @@ typedef enum corvane_sim_entry {
     CORVANE_SIM_OPEN,
     CORVANE_SIM_CLEAR,
     CORVANE_SIM_WRITE,
-    CORVANE_SIM_READ
+    CORVANE_SIM_READ,
+    CORVANE_SIM_READ_STB,
+    CORVANE_SIM_ASSERT_TRIGGER,
+    CORVANE_SIM_LOCK,
+    CORVANE_SIM_UNLOCK,
+    CORVANE_SIM_OTHER_ENTRY /* those for names, status texts, buffers and events */
 } corvane_sim_entry_t;
 
 /*

@@ -2,54 +2,67 @@
 #include "sim/visa/visa_call.h"
 
 #include <chrono>
-#include <thread>
 
 namespace sim::visa {
 
-visa_call_t::visa_call_t(corvane_sim_entry_t entry, ViObject handle_)
+ViStatus status_of(const bus_outcome_t &outcome)
+{
+    switch (outcome.result) {
+    case bus_result_t::ok:
+        return success;
+    case bus_result_t::timed_out:
+        return error_timeout;
+    case bus_result_t::locked:
+        return error_resource_locked;
+    case bus_result_t::lost:
+        return error_connection_lost;
+    case bus_result_t::closed:
+        return error_invalid_object;
+    case bus_result_t::not_locked:
+        return error_session_not_locked;
+    case bus_result_t::wrong_key:
+        return error_invalid_access_key;
+    case bus_result_t::fault:
+        break;
+    }
+    return static_cast<ViStatus>(outcome.fault_status);
+}
+
+bus_time_t deadline_after(ViUInt32 timeout_ms)
+{
+    if (timeout_ms == timeout_immediate)
+        return at_once;
+    return timeout_ms == timeout_infinite
+               ? never
+               : bus_clock_t::now() + std::chrono::milliseconds(timeout_ms);
+}
+
+visa_call_t::visa_call_t(ViObject object)
     : world(visa_world_t::instance()),
       lock(world.mutex),
-      session(world.session(handle_)),
-      handle(handle_)
+      session(world.objects.session(object)),
+      handle(object)
 {
-    suffer(entry, session ? std::optional(session->resource) : std::nullopt);
 }
 
-visa_call_t::visa_call_t(corvane_sim_entry_t entry, std::string_view resource_name)
-    : world(visa_world_t::instance()), lock(world.mutex)
+std::optional<ViStatus> visa_call_t::count(operation_t operation)
 {
-    suffer(entry, world.bus.resource_of(resource_name));
+    lock.unlock();
+    const auto outcome = world.bus.note_call(
+        operation, session ? std::optional(session->port->place()) : std::nullopt);
+    lock.lock();
+    return outcome.ok() ? std::nullopt : std::optional(status_of(outcome));
 }
 
-std::optional<ViStatus> visa_call_t::transfer_verdict() const
+ViStatus visa_call_t::refuse(operation_t operation, ViStatus reason)
 {
-    if (status)
-        return status;
-    if (!session || session->closed) {
-        const bool known = world.managers.count(handle) + world.find_lists.count(handle) > 0;
-        return known ? error_operation_not_supported : error_invalid_object;
-    }
-    if (!world.bus.is_connected(*session))
-        return error_connection_lost;
-    return std::nullopt;
+    return count(operation).value_or(reason);
 }
 
-void visa_call_t::suffer(corvane_sim_entry_t entry, std::optional<std::size_t> resource)
+ViStatus visa_call_t::refuse_object(operation_t operation)
 {
-    for (fault_t &fault : world.faults.take(entry, resource)) {
-        if (fault.kind == CORVANE_SIM_FAULT_STATUS) {
-            status = static_cast<ViStatus>(fault.value);
-        } else if (fault.kind == CORVANE_SIM_FAULT_UNPLUG && resource) {
-            world.bus.unplug(*resource);
-            world.changed.notify_all();
-        } else if (fault.kind == CORVANE_SIM_FAULT_DELAY && entry != CORVANE_SIM_READ) {
-            lock.unlock();
-            std::this_thread::sleep_for(std::chrono::milliseconds(fault.value));
-            lock.lock();
-        } else {
-            reply_faults.push_back(std::move(fault));
-        }
-    }
+    const bool known = world.objects.is_known(handle);
+    return refuse(operation, known ? error_operation_not_supported : error_invalid_object);
 }
 
 } // namespace sim::visa

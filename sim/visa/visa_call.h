@@ -1,47 +1,49 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "sim/visa/fault_plan.h"
-#include "sim/visa/visa_session.h"
-#include "sim/visa/visa_types.h"
 #include "sim/visa/visa_world.h"
 
-#include <cstddef>
 #include <memory>
 #include <mutex>
 #include <optional>
-#include <vector>
 
 namespace sim::visa {
 
-/// One call of an entry point: holds the world's mutex, has counted the call and has
-/// suffered the faults that come before it (status, delay, unplug).
+/// The status that stands for the result of a bus operation.
+ViStatus status_of(const bus_outcome_t &outcome);
+
+/// The moment at which a time-out of so many milliseconds that begins now is over.
+bus_time_t deadline_after(ViUInt32 timeout_ms);
+
+/// One call of an entry point on an object: holds the world's mutex, and knows the session that the
+/// object is, if it is one.
 class visa_call_t
 {
 public:
-    /// A call on a handle; the session is null when the handle is no instrument session.
-    visa_call_t(corvane_sim_entry_t entry, ViObject handle);
+    explicit visa_call_t(ViObject handle);
 
-    /// A call that names a resource, or none.
-    visa_call_t(corvane_sim_entry_t entry, std::string_view resource_name);
+    /// Whether the object is a session with an instrument.
+    explicit operator bool() const { return session != nullptr; }
 
-    /// The status to return at once, by a fault.
-    const std::optional<ViStatus> &verdict() const { return status; }
+    /// For a call that the bus does: releases the world.
+    void release() { lock.unlock(); }
 
-    /// The status to return at once from a call that talks with the instrument: by a fault,
-    /// for a handle that is no instrument session, for a lost connection.
-    std::optional<ViStatus> transfer_verdict() const;
+    /// For a call that the bus does not: counts it and lets faults act on it, with the world
+    /// released meanwhile. The status to return at once, by a fault.
+    std::optional<ViStatus> count(operation_t operation);
+
+    /// The same for a call that is refused: the status to return in any case.
+    ViStatus refuse(operation_t operation, ViStatus reason);
+
+    /// Refuses a call on an object that is no session with an instrument.
+    ViStatus refuse_object(operation_t operation);
 
     visa_world_t &world;
     std::unique_lock<std::mutex> lock;
     std::shared_ptr<visa_session_t> session;
-    std::vector<fault_t> reply_faults; ///< the others that hit the call, viRead's delays too
 
 private:
-    void suffer(corvane_sim_entry_t entry, std::optional<std::size_t> resource);
-
-    ViObject handle = null_object;
-    std::optional<ViStatus> status;
+    const ViObject handle;
 };
 
 } // namespace sim::visa

@@ -1,36 +1,82 @@
 // SPDX-License-Identifier: MIT
 #include "sim/visa/visa_resources.h"
 
-#include "sim/visa/resource_expression.h"
-#include "sim/visa/visa_attributes.h"
 #include "sim/visa/visa_call.h"
+#include "visa/resource_expression.h"
+#include "visa/resource_name.h"
 
 #include <cstring>
 #include <string>
+#include <string_view>
 #include <utility>
 
 namespace sim::visa {
 
 namespace {
 
-// The bus takes only names that fit a find buffer.
-void store_name(char *target, const std::string &name)
+constexpr const char *library_maker = "Corvane simulated instruments";
+constexpr ViUInt32 library_version = 0x00200000; // 2.0.0
+
+// At most so long that a find buffer takes it.
+void store_text(char *target, const std::string &text)
 {
-    std::memcpy(target, name.c_str(), name.size() + 1);
+    if (target == nullptr)
+        return;
+    const std::string fitting = text.substr(0, find_buffer_bytes - 1);
+    std::memcpy(target, fitting.c_str(), fitting.size() + 1);
 }
 
-std::shared_ptr<visa_session_t> new_session(visa_world_t &world, ViSession manager,
-                                            std::size_t resource)
+object_attributes_t library_attributes()
 {
-    const bus_resource_t &place = world.bus.resource(resource);
+    object_attributes_t attributes;
+    attributes.library_maker = library_maker;
+    attributes.library_version = library_version;
+    return attributes;
+}
+
+// "TMX,TMX5044,SN1,1.0.0": the maker, and what comes behind.
+std::pair<std::string, std::string> split_field(const std::string &text)
+{
+    const std::size_t comma = text.find(',');
+    return {text.substr(0, comma), comma == std::string::npos ? "" : text.substr(comma + 1)};
+}
+
+object_attributes_t attributes_at(bus_state_t &state, place_t place, ViSession manager)
+{
+    const bus_place_t &there = state.place(place);
+    const auto [maker, rest] = split_field(state.instrument_at(place).inspect().identification());
+    object_attributes_t attributes = library_attributes();
+    attributes.kind = there.name.bus == resource_name_t::bus_t::usb
+                          ? object_attributes_t::kind_t::usb
+                          : object_attributes_t::kind_t::tcpip;
+    attributes.manager = manager;
+    attributes.name_text = there.name_text;
+    attributes.name = there.name;
+    attributes.instrument_maker = maker;
+    attributes.instrument_model = split_field(rest).first;
+    attributes.timeout_ms = static_cast<ViUInt32>(state.default_timeout().count());
+    return attributes;
+}
+
+std::vector<std::string> names_on(const bus_state_t &state, const resource_expression_t &search)
+{
+    std::vector<std::string> names;
+    for (place_t place = 0; place < state.places().size(); ++place)
+        if (state.is_present(place) && search.matches(state.place(place).name_text))
+            names.push_back(state.place(place).name_text);
+    return names;
+}
+
+std::shared_ptr<visa_session_t> connect(visa_world_t &world, const resource_name_t &name,
+                                        ViSession manager)
+{
+    const auto place = world.bus.access()->find(name);
+    auto port = place ? world.bus.open(*place) : nullptr;
+    if (!port)
+        return nullptr;
     auto session = std::make_shared<visa_session_t>();
-    session->handle = world.new_handle();
-    session->resource_manager = manager;
-    session->resource = resource;
-    session->connection = place.connection;
-    session->name_text = place.name_text;
-    session->name = place.name;
-    session->timeout_ms = world.bus.default_timeout_ms();
+    session->attributes = attributes_at(*world.bus.access(), *place, manager);
+    session->port = std::move(port);
     return session;
 }
 
@@ -38,23 +84,22 @@ std::shared_ptr<visa_session_t> new_session(visa_world_t &world, ViSession manag
 
 ViStatus open_default_manager(ViSession *manager)
 {
-    const visa_call_t call(CORVANE_SIM_OPEN_DEFAULT_RM, null_object);
-    if (call.verdict())
-        return *call.verdict();
+    visa_call_t call(null_object);
+    if (const auto verdict = call.count(operation_t::open_manager))
+        return *verdict;
     if (manager == nullptr)
         return error_user_buffer;
-    *manager = call.world.new_handle();
-    call.world.managers.insert(*manager);
+    *manager = call.world.objects.add_manager(library_attributes());
     return success;
 }
 
 ViStatus find_resources(ViSession manager, const char *expression, ViFindList *list,
                         ViUInt32 *count, char *name)
 {
-    const visa_call_t call(CORVANE_SIM_FIND_RSRC, manager);
-    if (call.verdict())
-        return *call.verdict();
-    if (call.world.managers.count(manager) == 0)
+    visa_call_t call(manager);
+    if (const auto verdict = call.count(operation_t::find))
+        return *verdict;
+    if (call.world.objects.manager(manager) == nullptr)
         return error_invalid_object;
     const auto search = resource_expression_t::read(expression == nullptr ? "" : expression);
     if (!search)
@@ -62,95 +107,153 @@ ViStatus find_resources(ViSession manager, const char *expression, ViFindList *l
     if (name == nullptr)
         return error_user_buffer;
 
-    find_list_t found{manager, call.world.bus.find(*search), 1};
+    find_list_t found{manager, names_on(*call.world.bus.access(), *search), 1};
     if (count != nullptr)
         *count = static_cast<ViUInt32>(found.names.size());
     if (list != nullptr)
         *list = null_object;
     if (found.names.empty())
         return error_resource_not_found;
-    store_name(name, found.names.front());
-    if (list != nullptr) {
-        *list = call.world.new_handle();
-        call.world.find_lists.emplace(*list, std::move(found));
-    }
+    store_text(name, found.names.front());
+    if (list != nullptr)
+        *list = call.world.objects.add_find_list(std::move(found));
     return success;
 }
 
 ViStatus find_next(ViFindList list, char *name)
 {
-    const visa_call_t call(CORVANE_SIM_FIND_NEXT, list);
-    if (call.verdict())
-        return *call.verdict();
-    const auto found = call.world.find_lists.find(list);
-    if (found == call.world.find_lists.end())
+    visa_call_t call(list);
+    if (const auto verdict = call.count(operation_t::find_next))
+        return *verdict;
+    find_list_t *const found = call.world.objects.find_list(list);
+    if (found == nullptr)
         return error_invalid_object;
     if (name == nullptr)
         return error_user_buffer;
-    find_list_t &names = found->second;
-    if (names.next >= names.names.size())
+    if (found->next >= found->names.size())
         return error_resource_not_found;
-    store_name(name, names.names[names.next++]);
+    store_text(name, found->names[found->next++]);
     return success;
 }
 
-ViStatus open_session(ViSession manager, const char *name, ViAccessMode mode, ViSession *session)
+ViStatus parse_resource(ViSession manager, const char *name, ViUInt16 *interface_type,
+                        ViUInt16 *interface_number, char *resource_class, char *full_name,
+                        char *alias)
 {
-    const visa_call_t call(CORVANE_SIM_OPEN, std::string_view(name == nullptr ? "" : name));
-    if (session != nullptr)
-        *session = null_object;
-    if (call.verdict())
-        return *call.verdict();
-    if (call.world.managers.count(manager) == 0)
+    visa_call_t call(manager);
+    if (const auto verdict = call.count(operation_t::other))
+        return *verdict;
+    if (call.world.objects.manager(manager) == nullptr)
         return error_invalid_object;
-    if (session == nullptr)
-        return error_user_buffer;
-    if (mode != access_no_lock && mode != access_load_config)
-        return error_invalid_access_mode;
     const auto read = read_resource_name(name == nullptr ? "" : name);
     if (!read)
         return error_invalid_resource_name;
-    const auto resource = call.world.bus.resource_of(*read);
-    if (!resource || !call.world.bus.is_present(*resource))
+    if (interface_type == nullptr || interface_number == nullptr)
+        return error_user_buffer;
+    *interface_type = read->interface_type;
+    *interface_number = read->board;
+    store_text(resource_class, read->resource_class);
+    store_text(full_name, read->canonical);
+    store_text(alias, "");
+    return success;
+}
+
+ViStatus open_session(ViSession manager, const char *name, ViAccessMode mode, ViUInt32 timeout_ms,
+                      ViSession *session)
+{
+    if (session != nullptr)
+        *session = null_object;
+    const auto read = read_resource_name(name == nullptr ? "" : name);
+    visa_call_t call(manager);
+    call.release();
+    const auto place = read ? call.world.bus.access()->find(*read) : std::nullopt;
+    const bus_outcome_t counted = call.world.bus.note_call(operation_t::open, place);
+    if (!counted.ok())
+        return status_of(counted);
+    call.lock.lock();
+    if (call.world.objects.manager(manager) == nullptr)
+        return error_invalid_object;
+    if (session == nullptr)
+        return error_user_buffer;
+    if ((mode & ~(access_exclusive_lock | access_load_config)) != 0)
+        return error_invalid_access_mode;
+    if (!read)
+        return error_invalid_resource_name;
+    const auto opened = connect(call.world, *read, manager);
+    if (!opened)
         return error_resource_not_found;
-    const auto opened = new_session(call.world, manager, *resource);
-    call.world.sessions.emplace(opened->handle, opened);
-    *session = opened->handle;
+    const ViSession number = call.world.objects.add_session(opened);
+    call.release();
+    if ((mode & access_exclusive_lock) != 0) {
+        const bus_lock_t locked = opened->port->lock_exclusive(deadline_after(timeout_ms));
+        if (!locked.ok()) {
+            call.world.close(number);
+            return status_of(locked);
+        }
+    }
+    *session = number;
     return success;
 }
 
 ViStatus close_object(ViObject object)
 {
-    const visa_call_t call(CORVANE_SIM_CLOSE, object);
-    if (call.verdict())
-        return *call.verdict();
+    visa_call_t call(object);
+    if (const auto verdict = call.count(operation_t::close))
+        return *verdict;
     if (object == null_object)
         return warning_null_object;
+    call.release();
     return call.world.close(object) ? success : error_invalid_object;
 }
 
+namespace {
+
+// What the attributes of an object are kept in; null for one that has none.
+object_attributes_t *attributes_of(visa_call_t &call, ViObject object)
+{
+    if (call.session)
+        return call.session->closed ? nullptr : &call.session->attributes;
+    return call.world.objects.manager(object);
+}
+
+ViAccessMode access_mode_of(lock_kind_t kind)
+{
+    switch (kind) {
+    case lock_kind_t::exclusive:
+        return access_exclusive_lock;
+    case lock_kind_t::shared:
+        return access_shared_lock;
+    case lock_kind_t::none:
+        break;
+    }
+    return access_no_lock;
+}
+
+} // namespace
+
 ViStatus set_object_attribute(ViObject object, ViAttr attribute, ViAttrState value)
 {
-    const visa_call_t call(CORVANE_SIM_SET_ATTRIBUTE, object);
-    if (call.verdict())
-        return *call.verdict();
-    if (call.session && !call.session->closed)
-        return set_attribute(*call.session, attribute, value);
-    return call.world.managers.count(object) > 0 ? error_attribute_not_supported
-                                                 : error_invalid_object;
+    visa_call_t call(object);
+    if (const auto verdict = call.count(operation_t::set_attribute))
+        return *verdict;
+    object_attributes_t *const attributes = attributes_of(call, object);
+    return attributes == nullptr ? error_invalid_object
+                                 : set_attribute(*attributes, attribute, value);
 }
 
 ViStatus get_object_attribute(ViObject object, ViAttr attribute, void *value)
 {
-    const visa_call_t call(CORVANE_SIM_GET_ATTRIBUTE, object);
-    if (call.verdict())
-        return *call.verdict();
+    visa_call_t call(object);
+    if (const auto verdict = call.count(operation_t::get_attribute))
+        return *verdict;
     if (value == nullptr)
         return error_user_buffer;
-    if (call.session && !call.session->closed)
-        return get_attribute(*call.session, attribute, value);
-    return call.world.managers.count(object) > 0 ? get_manager_attribute(attribute, value)
-                                                 : error_invalid_object;
+    object_attributes_t *const attributes = attributes_of(call, object);
+    if (attributes == nullptr)
+        return error_invalid_object;
+    if (call.session && attribute == attribute_lock_state)
+        attributes->lock_state = access_mode_of(call.session->port->lock_state());
+    return get_attribute(*attributes, attribute, value);
 }
 
 } // namespace sim::visa

@@ -1,47 +1,32 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "sim/visa/resource_name.h"
-#include "sim/visa/visa_types.h"
+#include "sim/bus/bus_session.h"
+#include "visa/object_attributes.h"
 
-#include <chrono>
-#include <cstddef>
-#include <cstdint>
-#include <optional>
-#include <string>
+#include <memory>
+#include <utility>
+#include <vector>
 
 namespace sim::visa {
 
-using bus_clock_t = std::chrono::steady_clock;
+using namespace ::visa;
 
-/// A reply on its way to the controller or waiting to be read.
-struct pending_reply_t
+/// What a session wants to hear of service requests, the one event that its resources know.
+struct event_settings_t
 {
-    std::string bytes;
-    bus_clock_t::time_point ready_at;
-    std::size_t bytes_read = 0;
+    ViUInt16 mechanisms = 0; ///< the enabled ones
+    std::vector<std::pair<ViHndlr, ViAddr>> handlers;
 };
 
-/// One open instrument session. Guarded by the library's mutex.
+/// One open instrument session. Guarded by the world's mutex, but for the port, which guards
+/// itself.
 struct visa_session_t
 {
-    ViSession handle = null_object;
-    ViSession resource_manager = null_object;
-    std::size_t resource = 0;     ///< place on the bus
-    std::uint64_t connection = 0; ///< which connection of the resource the session belongs to
-    std::string name_text;
-    resource_name_t name;
-
-    ViUInt32 timeout_ms = 0;
-    ViUInt8 term_char = '\n';
-    bool term_char_enabled = false;
-    bool send_end_enabled = true;
-    ViUInt32 user_data = 0;
-
-    std::string unfinished_message; ///< written so far without END
-    std::optional<pending_reply_t> reply;
-    bool reply_lost = false; ///< the instrument answered, but the reply was made to vanish
-    bool closed = false;     ///< for calls that wait while another thread closes the session
+    object_attributes_t attributes;
+    event_settings_t events;
+    std::shared_ptr<bus_session_t> port;
+    bool closed = false; ///< for calls that wait while another thread closes the session
 };
 
 } // namespace sim::visa

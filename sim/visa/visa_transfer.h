@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "sim/visa/visa_types.h"
+#include "visa/visa_types.h"
 
-/// Messages and replies: the behaviour of viWrite, viRead and viClear (VPP-4.3, chapter 6).
+/// Messages and replies: the behaviour of viWrite, viRead, viClear, viReadSTB and viAssertTrigger
+/// (VPP-4.3, chapter 6). All of them are refused while another session has locked the resource.
 namespace sim::visa {
 
 /// Sends bytes to the instrument. They make a message when the session sends END, or when
@@ -17,5 +18,11 @@ ViStatus read_bytes(ViSession session, ViUInt8 *bytes, ViUInt32 count, ViUInt32 
 
 /// Empties both directions of the session; the instrument's state and errors stay.
 ViStatus clear_session(ViSession session);
+
+/// The status byte; bit 4 says that a reply can be read.
+ViStatus read_status_byte(ViSession session, ViUInt16 *byte);
+
+/// A trigger, which the instruments ignore: they have nothing that could be triggered.
+ViStatus assert_trigger(ViSession session, ViUInt16 protocol);
 
 } // namespace sim::visa

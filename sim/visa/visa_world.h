@@ -1,35 +1,18 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "sim/fleet.h"
-#include "sim/visa/fault_plan.h"
-#include "sim/visa/scripted_replies.h"
-#include "sim/visa/traffic_log.h"
-#include "sim/visa/visa_bus.h"
+#include "sim/bus/bus.h"
+#include "sim/bus/fleet.h"
 #include "sim/visa/visa_session.h"
-#include "sim/visa/visa_types.h"
+#include "visa/object_table.h"
 
 #include <condition_variable>
-#include <cstddef>
-#include <memory>
 #include <mutex>
-#include <string>
-#include <unordered_map>
-#include <unordered_set>
-#include <vector>
 
 namespace sim::visa {
 
-/// The names that a search has found, and how far they have been handed out.
-struct find_list_t
-{
-    ViSession resource_manager = null_object;
-    std::vector<std::string> names;
-    std::size_t next = 0;
-};
-
-/// Everything the library's calls and the control interface share. Every member is used
-/// with the mutex held; calls that wait release it and wait on `changed`.
+/// Everything the library's calls and the control interface share. The bus guards itself; the other
+/// members are used with the mutex held, which is never taken while the bus is held.
 class visa_world_t
 {
 public:
@@ -44,32 +27,21 @@ public:
     /// As at program start; resource manager sessions stay.
     void reset();
 
-    /// A number for a new session or find list, never used before.
-    ViObject new_handle() { return ++last_handle; }
-
-    std::shared_ptr<visa_session_t> session(ViObject handle) const;
-
-    /// Closes what the handle stands for, with everything opened through it; false when it
+    /// Closes what the number stands for, with everything opened through it; false when it
     /// stands for nothing.
-    bool close(ViObject handle);
+    bool close(ViObject object);
 
+    bus_t bus;
     std::mutex mutex;
-    std::condition_variable changed;
-    visa_bus_t bus;
-    fault_plan_t faults;
-    scripted_replies_t scripts;
-    traffic_log_t log;
-    std::unordered_set<ViSession> managers;
-    std::unordered_map<ViSession, std::shared_ptr<visa_session_t>> sessions;
-    std::unordered_map<ViFindList, find_list_t> find_lists;
+    std::condition_variable closing; ///< a session has been closed
+    object_table_t<visa_session_t> objects;
 
 private:
     visa_world_t();
 
-    void close_manager(ViSession manager);
+    void end(const object_table_t<visa_session_t>::sessions_t &sessions);
 
     fleet_t start_fleet;
-    ViObject last_handle = null_object;
 };
 
 } // namespace sim::visa

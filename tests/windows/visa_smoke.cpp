@@ -37,7 +37,7 @@ void print_identity(ViSession manager, const char *resource)
     ViUInt32 count = 0;
     ViSession session = 0;
     CORVANE_CALL(viOpen, manager, resource, 0, 0, &session);
-    CORVANE_CALL(viSetAttribute, session, sim::visa::attribute_timeout, 1000);
+    CORVANE_CALL(viSetAttribute, session, visa::attribute_timeout, 1000);
     CORVANE_CALL(viWrite, session, reinterpret_cast<const ViUInt8 *>(query.data()),
                  static_cast<ViUInt32>(query.size()), &count);
     CORVANE_CALL(viRead, session, reinterpret_cast<ViUInt8 *>(reply), sizeof reply, &count);
@@ -50,7 +50,7 @@ void print_instruments()
     ViSession manager = 0;
     ViFindList list = 0;
     ViUInt32 count = 0;
-    char resource[sim::visa::find_buffer_bytes] = {};
+    char resource[visa::find_buffer_bytes] = {};
     CORVANE_CALL(viOpenDefaultRM, &manager);
     CORVANE_CALL(viFindRsrc, manager, "?*INSTR", &list, &count, resource);
     for (print_identity(manager, resource); --count > 0; print_identity(manager, resource))

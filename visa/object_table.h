@@ -1,0 +1,123 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "visa/object_attributes.h"
+#include "visa/visa_types.h"
+
+#include <cstddef>
+#include <iterator>
+#include <memory>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace visa {
+
+/// The names that a search has found, and how far they have been handed out.
+struct find_list_t
+{
+    ViSession manager = null_object;
+    std::vector<std::string> names;
+    std::size_t next = 0;
+};
+
+/// The objects that a program has open: resource managers, sessions with instruments, find lists.
+/// Not synchronised. A session_t has `attributes`, of the type object_attributes_t.
+template <typename session_t>
+class object_table_t
+{
+public:
+    using sessions_t = std::vector<std::shared_ptr<session_t>>;
+
+    /// Each takes an object over and returns its number, which was never used before.
+    ViSession add_manager(object_attributes_t attributes)
+    {
+        return add(managers, std::move(attributes));
+    }
+    ViSession add_session(std::shared_ptr<session_t> session)
+    {
+        return add(sessions, std::move(session));
+    }
+    ViFindList add_find_list(find_list_t list) { return add(find_lists, std::move(list)); }
+
+    /// Each returns null when the number stands for something else or nothing.
+    std::shared_ptr<session_t> session(ViObject object) const
+    {
+        const auto found = sessions.find(object);
+        return found == sessions.end() ? nullptr : found->second;
+    }
+    object_attributes_t *manager(ViObject object) { return value_in(managers, object); }
+    find_list_t *find_list(ViObject object) { return value_in(find_lists, object); }
+
+    bool is_known(ViObject object) const
+    {
+        return managers.count(object) + find_lists.count(object) + sessions.count(object) > 0;
+    }
+
+    /// Takes an object out, with everything opened through it, and returns the sessions among that;
+    /// nothing when the number stands for nothing.
+    std::optional<sessions_t> close(ViObject object)
+    {
+        sessions_t closed;
+        if (auto own = session(object)) {
+            sessions.erase(object);
+            closed.push_back(std::move(own));
+        } else if (managers.erase(object) > 0) {
+            closed = close_all_of(object);
+        } else if (find_lists.erase(object) == 0) {
+            return std::nullopt;
+        }
+        return closed;
+    }
+
+    /// Takes everything out but the managers, and returns the sessions.
+    sessions_t close_all()
+    {
+        sessions_t closed;
+        for (auto &entry : sessions)
+            closed.push_back(std::move(entry.second));
+        sessions.clear();
+        find_lists.clear();
+        return closed;
+    }
+
+private:
+    sessions_t close_all_of(ViSession manager)
+    {
+        sessions_t closed;
+        for (auto entry = sessions.begin(); entry != sessions.end();) {
+            const bool goes = entry->second->attributes.manager == manager;
+            if (goes)
+                closed.push_back(std::move(entry->second));
+            entry = goes ? sessions.erase(entry) : std::next(entry);
+        }
+        for (auto entry = find_lists.begin(); entry != find_lists.end();) {
+            const bool goes = entry->second.manager == manager;
+            entry = goes ? find_lists.erase(entry) : std::next(entry);
+        }
+        return closed;
+    }
+
+    template <typename map_t, typename value_t>
+    ViObject add(map_t &map, value_t value)
+    {
+        map.emplace(++last_number, std::move(value));
+        return last_number;
+    }
+
+    template <typename value_t>
+    static value_t *value_in(std::unordered_map<ViObject, value_t> &map, ViObject object)
+    {
+        const auto found = map.find(object);
+        return found == map.end() ? nullptr : &found->second;
+    }
+
+    std::unordered_map<ViSession, object_attributes_t> managers;
+    std::unordered_map<ViSession, std::shared_ptr<session_t>> sessions;
+    std::unordered_map<ViFindList, find_list_t> find_lists;
+    ViObject last_number = null_object;
+};
+
+} // namespace visa
