@@ -9,6 +9,8 @@
 #include <QTemporaryDir>
 
 #include <future>
+#include <iterator>
+#include <thread>
 #include <utility>
 
 namespace {
@@ -57,6 +59,32 @@ QByteArray query(ViSession session, const QByteArray &text)
     return write(session, text) == success ? read(session).second : QByteArray("not written");
 }
 
+ViStatus lock(ViSession session, ViAccessMode kind, unsigned timeout_ms = timeout_immediate,
+              const char *key = nullptr, char *given_key = nullptr)
+{
+    return viLock(session, kind, timeout_ms, key, given_key);
+}
+
+// What the operations answer that talk with the instrument.
+QList<ViStatus> transfer_statuses(ViSession session)
+{
+    ViUInt16 byte = 0;
+    return {write(session, "*CLS"), read(session).first, viClear(session),
+            viReadSTB(session, &byte), viAssertTrigger(session, trigger_protocol_default)};
+}
+
+QList<ViStatus> five_times(ViStatus status)
+{
+    return {status, status, status, status, status};
+}
+
+ViUInt32 lock_state(ViSession session)
+{
+    ViUInt32 state = 77;
+    viGetAttribute(session, attribute_lock_state, &state);
+    return state;
+}
+
 struct fault_row_t
 {
     const char *name;
@@ -84,6 +112,14 @@ private slots:
     void unplugging_ends_a_waiting_read();
     void fault_hits_the_call_it_is_meant_for();
     void threads_use_their_sessions_at_once();
+    void exclusive_lock_bars_the_other_sessions();
+    void shared_lock_is_for_those_with_its_key();
+    void status_byte_tells_of_a_reply_that_can_be_read();
+    void events_that_never_come_are_not_made_up();
+    void attribute_has_the_standard_value_and_width_data();
+    void attribute_has_the_standard_value_and_width();
+    void attribute_takes_only_states_that_it_can_have();
+    void name_is_parsed_in_any_spelling();
 
 private:
     QTemporaryDir folder;
@@ -241,6 +277,275 @@ void test_sim_visa::threads_use_their_sessions_at_once()
     viClose(waiting);
     QCOMPARE(blocked.get().first, error_invalid_object);
     QVERIFY(both);
+}
+
+void test_sim_visa::exclusive_lock_bars_the_other_sessions()
+{
+    const ViSession one = opened(usb);
+    const ViSession other = opened(usb);
+    const ViSession elsewhere = opened(lan);
+    QCOMPARE(viUnlock(one), error_session_not_locked);
+    QCOMPARE(lock(one, access_exclusive_lock), success);
+    QCOMPARE(lock(one, access_exclusive_lock), success_nested_exclusive);
+    QCOMPARE(transfer_statuses(other), five_times(error_resource_locked));
+    QCOMPARE(lock_state(other), access_exclusive_lock);
+    QCOMPARE(query(one, "*IDN?"), identity);
+    QCOMPARE(query(elsewhere, "*IDN?"), identity);
+
+    ViSession third = null_object;
+    QCOMPARE(viOpen(manager, usb, access_exclusive_lock, 20, &third), error_timeout);
+    QCOMPARE(lock(other, access_exclusive_lock), error_resource_locked);
+    QCOMPARE(lock(other, access_shared_lock, 20, "key"), error_timeout);
+    QCOMPARE(lock(one, access_shared_lock, timeout_infinite, "key"), error_resource_locked);
+    QCOMPARE(viUnlock(one), success_nested_exclusive);
+    QCOMPARE(write(other, "*CLS"), error_resource_locked);
+
+    // Who waits gets the lock when its owner goes, but not when the instrument does.
+    const auto wait_for_lock = [](ViSession session) {
+        const auto calls = corvane_sim_call_count(CORVANE_SIM_LOCK);
+        auto waiting = std::async(std::launch::async, lock, session, access_exclusive_lock,
+                                  timeout_infinite, nullptr, nullptr);
+        while (corvane_sim_call_count(CORVANE_SIM_LOCK) == calls)
+            std::this_thread::yield();
+        return waiting;
+    };
+    auto waiting = wait_for_lock(other);
+    QCOMPARE(viClose(one), success);
+    QCOMPARE(waiting.get(), success);
+    const ViSession last = opened(usb);
+    waiting = wait_for_lock(last);
+    corvane_sim_unplug(usb);
+    QCOMPARE(waiting.get(), error_connection_lost);
+    corvane_sim_plug(usb);
+    QCOMPARE(query(opened(usb), "*IDN?"), identity);
+}
+
+void test_sim_visa::shared_lock_is_for_those_with_its_key()
+{
+    const ViSession one = opened(usb);
+    const ViSession other = opened(usb);
+    const ViSession stranger = opened(usb);
+    char key[find_buffer_bytes] = "";
+    QCOMPARE(lock(one, access_shared_lock, 0, nullptr, key), success);
+    QVERIFY(*key != '\0');
+    QCOMPARE(lock(one, access_shared_lock, 0, "wrong"), error_invalid_access_key);
+    QCOMPARE(lock(one, access_shared_lock, 0, ""), error_invalid_access_key);
+    QCOMPARE(lock(one, 4), error_invalid_lock_type);
+    QCOMPARE(lock(one, access_shared_lock, 0, key), success_nested_shared);
+    QCOMPARE(lock(stranger, access_shared_lock, 0, "wrong"), error_resource_locked);
+    QCOMPARE(lock(stranger, access_exclusive_lock), error_resource_locked);
+    QCOMPARE(transfer_statuses(stranger), five_times(error_resource_locked));
+    QCOMPARE(write(other, "*CLS"), error_resource_locked);
+    QCOMPARE(lock(other, access_shared_lock, 0, key), success);
+    QCOMPARE(query(other, "*IDN?"), identity);
+    QCOMPARE(lock_state(stranger), access_shared_lock);
+
+    QCOMPARE(lock(other, access_exclusive_lock), success);
+    QCOMPARE(write(one, "*CLS"), error_resource_locked);
+    QCOMPARE(viUnlock(other), success_nested_shared);
+    QCOMPARE(write(one, "*CLS"), success);
+    QCOMPARE(viUnlock(other), success);
+    QCOMPARE(write(other, "*CLS"), error_resource_locked);
+    QCOMPARE(viUnlock(one), success_nested_shared);
+    QCOMPARE(viUnlock(one), success);
+    QCOMPARE(lock_state(stranger), access_no_lock);
+    QCOMPARE(query(stranger, "*IDN?"), identity);
+}
+
+void test_sim_visa::status_byte_tells_of_a_reply_that_can_be_read()
+{
+    const ViSession session = opened(usb);
+    const auto byte = [](ViSession of) {
+        ViUInt16 status = 0xFFFF;
+        return viReadSTB(of, &status) == success ? status : 0xFFFF;
+    };
+    QCOMPARE(byte(session), 0);
+    write(session, "*IDN?");
+    QCOMPARE(byte(session), 0x10);
+    QCOMPARE(byte(opened(usb)), 0);
+    read(session, 4);
+    QCOMPARE(byte(session), 0x10);
+    read(session);
+    QCOMPARE(byte(session), 0);
+    write(session, "*ESE 32;*SRE 32;NO");
+    QCOMPARE(byte(session), 0x64);
+    const ViSession late = opened(slow);
+    write(late, "*IDN?");
+    QCOMPARE(byte(late), 0);
+    QTRY_COMPARE(byte(late), 0x10);
+}
+
+void test_sim_visa::events_that_never_come_are_not_made_up()
+{
+    const ViSession session = opened(usb);
+    const ViEventType request = event_service_request;
+    const ViHndlr handler = [](ViSession, ViEventType, ViEvent, ViAddr) -> ViStatus { return 0; };
+    int user = 0;
+    const std::pair<ViStatus, ViStatus> calls[] = {
+        {viWaitOnEvent(session, request, 0, nullptr, nullptr), error_not_enabled},
+        {viDisableEvent(session, all_enabled_events, all_mechanisms), success_event_disabled},
+        {viDiscardEvents(session, all_enabled_events, all_mechanisms), success_queue_empty},
+        {viEnableEvent(session, 0x3FFF2009, mechanism_queue, 0), error_invalid_event},
+        {viEnableEvent(session, request, 8, 0), error_invalid_mechanism},
+        {viEnableEvent(session, request, mechanism_queue, 1), error_invalid_context},
+        {viEnableEvent(session, request, mechanism_handler, 0), error_handler_not_installed},
+        {viUninstallHandler(session, request, handler, &user), error_handler_not_installed},
+        {viInstallHandler(session, request, handler, &user), success},
+        {viEnableEvent(session, request, mechanism_handler, 0), success},
+        {viUninstallHandler(session, request, handler, nullptr), error_invalid_handler_reference},
+        {viUninstallHandler(session, request, nullptr, &user), success},
+        {viEnableEvent(session, request, mechanism_queue, 0), success},
+        {viEnableEvent(session, request, mechanism_queue, 0), success_event_enabled},
+        {viWaitOnEvent(session, all_enabled_events, 0, nullptr, nullptr), error_timeout},
+        {viDisableEvent(manager, request, mechanism_queue), error_operation_not_supported}};
+    for (std::size_t call = 0; call < std::size(calls); ++call)
+        QVERIFY2(calls[call].first == calls[call].second, qPrintable(QString::number(call)));
+
+    QElapsedTimer timer;
+    timer.start();
+    QCOMPARE(viWaitOnEvent(session, request, 50, nullptr, nullptr), error_timeout);
+    QVERIFY(timer.elapsed() >= 50);
+    const auto counted = corvane_sim_call_count(CORVANE_SIM_OTHER_ENTRY);
+    auto waiting = std::async(std::launch::async, viWaitOnEvent, session, request, timeout_infinite,
+                              nullptr, nullptr);
+    QTRY_VERIFY(corvane_sim_call_count(CORVANE_SIM_OTHER_ENTRY) > counted);
+    QCOMPARE(viClose(session), success);
+    QCOMPARE(waiting.get(), error_invalid_object);
+}
+
+void test_sim_visa::attribute_has_the_standard_value_and_width_data()
+{
+    QTest::addColumn<QByteArray>("resource");
+    QTest::addColumn<ViUInt32>("attribute");
+    QTest::addColumn<QByteArray>("bytes"); // without the zero byte of a text; empty: not supported
+    const struct
+    {
+        const char *name;
+        const char *resource;
+        ViAttr attribute;
+        QByteArray bytes;
+    } rows[] = {{"maker", usb, attribute_manufacturer_name, "TMX"},
+                {"model", usb, attribute_model_name, "TMX5044"},
+                {"serial number", usb, attribute_usb_serial_number, "S44"},
+                {"maker's id", usb, attribute_manufacturer_id, "\x7e\xa1"},
+                {"USB interface", usb, attribute_usb_interface_number, QByteArray(2, '\0')},
+                {"IEEE 488.2", usb, attribute_4882_compliant, QByteArray("\1\0", 2)},
+                {"interface", usb, attribute_interface_type, QByteArray("\7\0", 2)},
+                {"class", usb, attribute_resource_class, "INSTR"},
+                {"time-out", usb, attribute_timeout, QByteArray("\x3c\0\0\0", 4)},
+                {"queue", usb, attribute_max_queue_length, QByteArray("\x32\0\0\0", 4)},
+                {"user data", usb, attribute_user_data, QByteArray(4, '\0')},
+                {"user data in 64 bits", usb, attribute_user_data_64,
+                 QByteArray(sizeof(void *) == 8 ? 8 : 0, '\0')},
+                {"termination character", usb, attribute_term_char, "\n"},
+                {"host address", usb, attribute_tcpip_address, ""},
+                {"host address", lan, attribute_tcpip_address, "127.0.0.1"},
+                {"LAN device", lan, attribute_tcpip_device_name, "inst0"},
+                {"HiSLIP", lan, attribute_tcpip_is_hislip, QByteArray(2, '\0')},
+                {"maker's id", lan, attribute_manufacturer_id, ""}};
+    for (const auto &row : rows)
+        QTest::addRow("%s of %.3s", row.name, row.resource)
+            << QByteArray(row.resource) << row.attribute << row.bytes;
+}
+
+void test_sim_visa::attribute_has_the_standard_value_and_width()
+{
+    QFETCH(QByteArray, resource);
+    QFETCH(ViUInt32, attribute);
+    QFETCH(QByteArray, bytes);
+    const bool is_text = (attribute & 0x80000000U) != 0;
+    const ViSession session = opened(resource);
+    QByteArray value(find_buffer_bytes, '#');
+    const ViStatus status = viGetAttribute(session, attribute, value.data());
+    QCOMPARE(status, bytes.isEmpty() ? error_attribute_not_supported : success);
+    if (is_text && status == success)
+        bytes.append('\0');
+    QCOMPARE(value.left(bytes.size()), bytes);
+    QVERIFY(value.mid(bytes.size()).count('#') == value.size() - bytes.size());
+}
+
+void test_sim_visa::attribute_takes_only_states_that_it_can_have()
+{
+    const ViSession session = opened(usb);
+    const ViAttrState upper_half = sizeof(void *) == 8 ? ViAttrState{0xABCD} << 16 << 16 : 0;
+    const std::pair<ViStatus, ViStatus> calls[] = {
+        {viSetAttribute(session, attribute_timeout, upper_half | 77), success},
+        {viSetAttribute(session, attribute_send_end_enable, upper_half | 1), success},
+        {viSetAttribute(session, attribute_send_end_enable, 2),
+         error_attribute_state_not_supported},
+        {viSetAttribute(session, attribute_suppress_end_enable, 1),
+         error_attribute_state_not_supported},
+        {viSetAttribute(session, attribute_io_protocol, 2), error_attribute_state_not_supported},
+        {viSetAttribute(session, attribute_read_buffer_mode, flush_when_full),
+         error_attribute_state_not_supported},
+        {viSetAttribute(session, attribute_max_queue_length, 0),
+         error_attribute_state_not_supported},
+        {viSetAttribute(session, attribute_model_name, 0), error_attribute_read_only},
+        {viSetAttribute(session, attribute_tcpip_address, 0), error_attribute_not_supported},
+        {viSetAttribute(manager, attribute_timeout, 1), error_attribute_not_supported},
+        {viSetBuf(session, write_buffer, 500), success},
+        {viSetBuf(session, io_in_buffer, 500), warning_buffer_not_supported},
+        {viSetBuf(session, 4, 500), error_invalid_mask},
+        {viSetBuf(session, write_buffer, 0), error_invalid_size},
+        {viFlush(session, io_in_buffer | write_buffer), success},
+        {viFlush(session, 0), error_invalid_mask},
+        {viAssertTrigger(session, 1), error_invalid_protocol}};
+    for (std::size_t call = 0; call < std::size(calls); ++call)
+        QVERIFY2(calls[call].first == calls[call].second, qPrintable(QString::number(call)));
+    ViUInt32 timeout_ms = 0;
+    ViUInt32 buffer_bytes = 0;
+    viGetAttribute(session, attribute_timeout, &timeout_ms);
+    viGetAttribute(session, attribute_write_buffer_size, &buffer_bytes);
+    if (sizeof(void *) == 8) {
+        std::uint64_t user_data = 0;
+        viSetAttribute(session, attribute_user_data_64, upper_half | 5);
+        viGetAttribute(session, attribute_user_data_64, &user_data);
+        QCOMPARE(user_data, upper_half | 5);
+    }
+    QCOMPARE(timeout_ms, 77U);
+    QCOMPARE(buffer_bytes, 500U);
+    char text[find_buffer_bytes] = "";
+    QCOMPARE(viStatusDesc(session, error_timeout, text), success);
+    QVERIFY(QByteArray(text).contains("time-out expired"));
+    QCOMPARE(viStatusDesc(session, 0x3FFF7777, text), warning_unknown_status);
+}
+
+void test_sim_visa::name_is_parsed_in_any_spelling()
+{
+    const struct
+    {
+        const char *name;
+        ViUInt16 type;
+        ViUInt16 number;
+        const char *resource_class;
+        const char *full_name;
+    } rows[] = {
+        {"usb::41342::0x2000::s44", interface_type_usb, 0, "INSTR",
+         "USB0::0xA17E::0x2000::s44::INSTR"},
+        {"USB2::0xA17E::8192::S::1::instr", interface_type_usb, 2, "INSTR",
+         "USB2::0xA17E::0x2000::S::1::INSTR"},
+        {"TCPIP::10.0.0.1::Inst0::INSTR", interface_type_tcpip, 0, "INSTR",
+         "TCPIP0::10.0.0.1::INSTR"},
+        {"TCPIP1::host::inst2", interface_type_tcpip, 1, "INSTR", "TCPIP1::host::inst2::INSTR"},
+        {"TCPIP0::10.0.0.1::5025::SOCKET", interface_type_tcpip, 0, "SOCKET",
+         "TCPIP0::10.0.0.1::5025::SOCKET"},
+        {"asrl3::instr", interface_type_asrl, 3, "INSTR", "ASRL3::INSTR"},
+        {"GPIB::9", interface_type_gpib, 0, "INSTR", "GPIB0::9::INSTR"}};
+    ViUInt16 type = 0;
+    ViUInt16 number = 0;
+    for (const auto &row : rows) {
+        char texts[3][find_buffer_bytes] = {"#", "#", "#"};
+        QVERIFY2(viParseRsrcEx(manager, row.name, &type, &number, texts[0], texts[1], texts[2]) ==
+                     success,
+                 row.name);
+        QCOMPARE(std::make_pair(type, number), std::make_pair(row.type, row.number));
+        QCOMPARE(texts[0], row.resource_class);
+        QCOMPARE(texts[1], row.full_name);
+        QCOMPARE(texts[2], "");
+    }
+    QCOMPARE(viParseRsrc(manager, "USB::1::2", &type, &number), error_invalid_resource_name);
+    QCOMPARE(viParseRsrc(opened(usb), usb, &type, &number), error_invalid_object);
+    QCOMPARE(query(opened("usb::41342::8192::s44"), "*IDN?"), identity);
 }
 
 QTEST_APPLESS_MAIN(test_sim_visa)

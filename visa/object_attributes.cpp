@@ -229,6 +229,9 @@ const rows_t &bus_rows()
         {attribute_tcpip_host_name, scope_t::tcpip, host_name, nullptr},
         {attribute_tcpip_device_name, scope_t::tcpip,
          [](const object_t &o) { return text(o.name.device_name); }, nullptr},
+        {attribute_trigger_id, scope_t::tcpip,
+         [](const object_t &) { return number(software_trigger); },
+         set_only<static_cast<ViUInt16>(software_trigger)>},
         {attribute_tcpip_is_hislip, scope_t::tcpip, [](const object_t &) { return flag(false); },
          nullptr},
     };

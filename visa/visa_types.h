@@ -98,6 +98,7 @@ constexpr ViUInt16 mechanism_suspended_handler = 4;
 constexpr ViUInt16 all_mechanisms = 0xFFFF;
 
 constexpr ViUInt16 trigger_protocol_default = 0;
+constexpr ViInt16 software_trigger = -1;
 
 constexpr ViUInt16 read_buffer = 1;
 constexpr ViUInt16 write_buffer = 2;
@@ -143,6 +144,7 @@ constexpr ViAttr attribute_spec_version = 0x3FFF0170U;
 constexpr ViAttr attribute_interface_type = 0x3FFF0171U;
 constexpr ViAttr attribute_resource_manufacturer_id = 0x3FFF0175U;
 constexpr ViAttr attribute_interface_number = 0x3FFF0176U;
+constexpr ViAttr attribute_trigger_id = 0x3FFF0177U;
 constexpr ViAttr attribute_file_append_enable = 0x3FFF0192U;
 constexpr ViAttr attribute_4882_compliant = 0x3FFF019FU;
 constexpr ViAttr attribute_usb_interface_number = 0x3FFF01A1U;
