@@ -4,6 +4,7 @@
 #include "drv/instrument_records.h"
 
 #include <QByteArray>
+#include <QList>
 
 #include <algorithm>
 #include <cstdlib>
