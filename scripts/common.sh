@@ -5,11 +5,11 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
-# install_packages PURPOSE...: installs the packages of scripts/packages.txt that are for one of
+# install_requirements PURPOSE...: installs the packages of scripts/requirements.txt that are for one of
 # these and are missing; needs root or sudo for that only.
-install_packages() {
+install_requirements() {
     local packages package missing=() as_root=()
-    packages=$(packages_for "$@")
+    packages=$(requirements_for "$@")
     for package in $packages; do
         dpkg-query -W -f "\${db:Status-Abbrev}" "$package" 2>/dev/null | grep -q '^ii' ||
             missing+=("$package")
@@ -22,14 +22,14 @@ install_packages() {
         apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
 }
 
-# packages_for PURPOSE...
-packages_for() {
+# requirements_for PURPOSE...
+requirements_for() {
     local purpose
     for purpose; do
         awk -v purpose="$purpose" '
             !/^#/ { for (field = 2; field <= NF; ++field) if ($field == purpose) { print $1; ++found } }
-            END { exit !found }' scripts/packages.txt || {
-            echo "scripts/packages.txt lists nothing for \"$purpose\"" >&2
+            END { exit !found }' scripts/requirements.txt || {
+            echo "scripts/requirements.txt lists nothing for \"$purpose\"" >&2
             exit 1
         }
     done
