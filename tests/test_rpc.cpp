@@ -1,0 +1,244 @@
+// SPDX-License-Identifier: MIT
+#include "rpc/message.h"
+#include "rpc/record_marking.h"
+#include "rpc/vxi11.h"
+
+#include <QByteArray>
+#include <QtTest/QTest>
+
+using namespace rpc;
+
+namespace {
+
+std::string from_hex(const char *digits)
+{
+    return QByteArray::fromHex(digits).toStdString();
+}
+
+QByteArray hex(std::string_view bytes)
+{
+    return QByteArray(bytes.data(), static_cast<int>(bytes.size())).toHex();
+}
+
+/// The bytes of a structure, once they have been read and written again.
+template <typename structure_t>
+QByteArray carried(const structure_t &sent)
+{
+    std::string bytes;
+    xdr_writer_t(bytes).structure(sent);
+    structure_t read;
+    xdr_reader_t in(bytes);
+    in.structure(read);
+    std::string again;
+    xdr_writer_t(again).structure(read);
+    return in.ok() && in.remaining().empty() && again == bytes ? hex(bytes) : "changed";
+}
+
+} // namespace
+
+class test_rpc : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void hostile_length_is_believed();
+    void item_is_misplaced();
+    void records_are_cut_wrongly_data();
+    void records_are_cut_wrongly();
+    void call_header_is_misread();
+    void reply_header_is_misread();
+};
+
+void test_rpc::hostile_length_is_believed()
+{
+    // Hexadecimal bytes of opaque data of at most 8 bytes; what is read of it, "-" for nothing.
+    const char *const rows[][2] = {
+        {"00000000", ""},
+        {"0000000361626300", "616263"},
+        {"0000000461626364", "61626364"},
+        {"00000003616263", "-"},                 // its padding is missing
+        {"00000005616263646500", "-"},           // a part of it is missing
+        {"000000096162636465666768690000", "-"}, // longer than allowed
+        {"ffffffff61626364", "-"},
+        {"fffffffd61626364", "-"},
+        {"000000", "-"},
+        {"", "-"},
+    };
+    for (const auto &[bytes, expected] : rows) {
+        const std::string held = from_hex(bytes);
+        xdr_reader_t in(held);
+        std::string_view data;
+        std::uint32_t number = 1;
+        in.opaque(data, 8);
+        QCOMPARE(in.ok() ? hex(data) : QByteArray("-"), QByteArray(expected));
+        in.number(number);
+        QVERIFY(!in.ok() && number == 0 && (data.empty() || *expected != '-'));
+    }
+    bool truth = true;
+    const std::string two = from_hex("00000002");
+    xdr_reader_t in(two);
+    in.boolean(truth);
+    QVERIFY(!in.ok() && !truth);
+}
+
+void test_rpc::item_is_misplaced()
+{
+    using namespace vxi11;
+    QCOMPARE(carried(create_link_args_t{1, true, 2, "inst0"}), "000000010000000100000002"
+                                                               "00000005"
+                                                               "696e737430000000");
+    QCOMPARE(carried(create_link_result_t{0, 7, 1024, 65536}), "00000000000000070000040000010000");
+    QCOMPARE(carried(write_args_t{7, 1, 2, flag_end, "*"}), "00000007000000010000000200000008"
+                                                            "00000001"
+                                                            "2a000000");
+    QCOMPARE(carried(read_args_t{7, 20, 1, 2, flag_term_char, '\n'}),
+             "00000007000000140000000100000002000000800000000a");
+    QCOMPARE(carried(read_result_t{15, reason_end, ""}), "0000000f0000000400000000");
+    QCOMPARE(carried(generic_args_t{7, 1, 2, 3}), "00000007000000010000000200000003");
+    QCOMPARE(carried(lock_args_t{7, 1, 2}), "000000070000000100000002");
+    QCOMPARE(carried(error_number_result_t{11, 16}), "0000000b00000010");
+}
+
+void test_rpc::records_are_cut_wrongly_data()
+{
+    QTest::addColumn<QByteArray>("stream");
+    QTest::addColumn<QByteArray>("records"); ///< up to 8 bytes each; "!" for a stream of no use
+    QTest::newRow("one") << QByteArray("80000002"
+                                       "6162")
+                         << QByteArray("6162 ");
+    QTest::newRow("two") << QByteArray("80000001"
+                                       "61"
+                                       "80000002"
+                                       "6263")
+                         << QByteArray("61 6263 ");
+    QTest::newRow("empty") << QByteArray("80000000"
+                                         "80000001"
+                                         "61")
+                           << QByteArray(" 61 ");
+    QTest::newRow("fragments") << QByteArray("00000002"
+                                             "6162"
+                                             "00000000"
+                                             "80000001"
+                                             "63"
+                                             "80000001"
+                                             "64")
+                               << QByteArray("616263 64 ");
+    QTest::newRow("empty last fragment") << QByteArray("00000001"
+                                                       "61"
+                                                       "80000000")
+                                         << QByteArray("61 ");
+    QTest::newRow("half") << QByteArray("80000003"
+                                        "6162")
+                          << QByteArray();
+    QTest::newRow("longest") << QByteArray("80000008"
+                                           "6162636465666768")
+                             << QByteArray("6162636465666768 ");
+    QTest::newRow("too long") << QByteArray("80000009"
+                                            "61")
+                              << QByteArray("!");
+    QTest::newRow("2 GiB") << QByteArray("80000001"
+                                         "61"
+                                         "ffffffff"
+                                         "61")
+                           << QByteArray("61 !");
+    QTest::newRow("too long together") << QByteArray("00000005"
+                                                     "6162636465"
+                                                     "80000004"
+                                                     "61")
+                                       << QByteArray("!");
+}
+
+void test_rpc::records_are_cut_wrongly()
+{
+    QFETCH(QByteArray, stream);
+    QFETCH(QByteArray, records);
+    const std::string bytes = QByteArray::fromHex(stream).toStdString();
+    // However the stream comes in pieces.
+    for (std::size_t piece = 1; piece <= bytes.size(); ++piece) {
+        record_reader_t reader(8);
+        QByteArray found;
+        auto state = record_reader_t::state_t::incomplete;
+        for (std::size_t place = 0; place < bytes.size(); place += piece) {
+            std::string_view rest = std::string_view(bytes).substr(place, piece);
+            while (!rest.empty() && state != record_reader_t::state_t::too_long) {
+                state = reader.feed(rest);
+                if (state == record_reader_t::state_t::complete)
+                    found += hex(reader.record()) + " ";
+            }
+        }
+        if (state == record_reader_t::state_t::too_long)
+            found += "!";
+        QCOMPARE(found, records);
+    }
+    std::string written(record_header_room);
+    written += "ab";
+    end_record(written, 0);
+    QCOMPARE(hex(written), "800000026162");
+}
+
+void test_rpc::call_header_is_misread()
+{
+    // "-" for no call, "?" for one of another RPC version; else version, procedure and arguments.
+    const char *const rows[][2] = {
+        {"0000000a 00000000 00000002 000607af 00000001 0000000b 00000000 00000000 00000000 "
+         "00000000 "
+         "61626364",
+         "1 11 61626364"},
+        {"0000000a 00000000 00000002 000607af 00000001 0000000b 00000001 00000005 6162636465 "
+         "000000 "
+         "00000000 00000000",
+         "1 11 "},
+        {"0000000a 00000000 00000003", "?"},
+        {"0000000a 00000001 00000002 000607af 00000001 0000000b 00000000 00000000 00000000 "
+         "00000000",
+         "-"}, // a reply
+        {"0000000a 00000000 00000002 000607af 00000001 0000000b 00000000 ffffffff 00000000 "
+         "00000000",
+         "-"},
+        {"0000000a 00000000 00000002 000607af 00000001 0000000b 00000000 00000000 00000000", "-"},
+        {"0000000a 00000000", "-"},
+    };
+    for (const auto &[digits, expected] : rows) {
+        const std::string bytes = from_hex(digits);
+        const auto call = read_call(bytes);
+        QByteArray read = "-";
+        if (call && call->rpc_version != served_rpc_version)
+            read = "?";
+        else if (call)
+            read = QByteArray::number(call->version) + " " + QByteArray::number(call->procedure) +
+                   " " + hex(call->arguments);
+        QCOMPARE(read, QByteArray(expected));
+        QVERIFY(!call || call->id == 10);
+    }
+}
+
+void test_rpc::reply_header_is_misread()
+{
+    std::string call;
+    std::string good;
+    std::string mismatch;
+    std::string denied;
+    xdr_writer_t out(good);
+    write_reply(out, 10, accept_status_t::success);
+    out.number(5);
+    xdr_writer_t call_out(call);
+    write_call(call_out, {10, 2, vxi11::core_program, 1, 11, {}});
+    xdr_writer_t mismatch_out(mismatch);
+    write_program_mismatch(mismatch_out, 10, 2, 4);
+    xdr_writer_t denied_out(denied);
+    write_rpc_mismatch(denied_out, 10);
+
+    const auto reply = read_reply(good);
+    QVERIFY(reply && reply->id == 10 && reply->status == 0);
+    QCOMPARE(hex(reply->results), "00000005");
+    QVERIFY(read_reply(mismatch) && read_reply(mismatch)->status == 2);
+    QCOMPARE(hex(read_reply(mismatch)->results), "0000000200000004");
+    QCOMPARE(hex(denied), "0000000a0000000100000001000000000000000200000002");
+    for (const std::string_view none : {std::string_view(call), std::string_view(denied += good),
+                                        std::string_view(good).substr(0, 20)})
+        QVERIFY(!read_reply(none));
+    QVERIFY(read_call(call) && read_call(call)->program == 395'183);
+}
+
+QTEST_GUILESS_MAIN(test_rpc)
+#include "test_rpc.moc"
