@@ -36,7 +36,7 @@ enum class procedure_t : std::uint32_t {
 /// The one procedure of the abort channel.
 constexpr std::uint32_t device_abort = 1;
 
-enum class error_t : std::uint32_t {
+enum class error_code_t : std::uint32_t {
     none = 0,
     device_not_accessible = 3,
     invalid_link = 4,
@@ -183,6 +183,18 @@ struct error_number_result_t
     static auto items(self_t &self)
     {
         return std::tie(self.error, self.number);
+    }
+};
+
+struct docmd_result_t
+{
+    std::uint32_t error = 0;
+    std::string_view data;
+
+    template <typename self_t>
+    static auto items(self_t &self)
+    {
+        return std::tie(self.error, self.data);
     }
 };
 

@@ -15,10 +15,6 @@ enum class wake_t : std::uint8_t {
 constexpr int forever_ms = -1;
 constexpr int no_line = -1;
 
-/// From now on SIGINT, SIGTERM and SIGHUP make the descriptor that this returns readable. Throws
-/// std::system_error.
-int catch_stop_signals();
-
 /// Waits until one of the descriptors is readable, `stop` before `line`.
 wake_t wait_for(int stop, int line, int timeout_ms);
 

@@ -1,23 +1,26 @@
 // SPDX-License-Identifier: MIT
+#include "sim/command/serial_command.h"
+
 #include "sim/bus/bus.h"
-#include "sim/bus/fleet_json.h"
+#include "sim/command/fleet_option.h"
+#include "sim/command/stop_signals.h"
 #include "sim/serial/device_link.h"
 #include "sim/serial/serial_instrument.h"
-#include "sim/serial/waiting.h"
 
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
-#include <exception>
 #include <iostream>
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
 
+namespace sim::command {
+
 namespace {
 
-using namespace sim;
 using namespace sim::serial;
 using std::chrono::milliseconds;
 
@@ -35,8 +38,7 @@ struct request_t
 
 void add_options(CLI::App &app, request_t &request)
 {
-    app.add_option("--fleet", request.fleet, "Fleet file; the built-in fleet without it")
-        ->envname("CORVANE_SIM_FLEET");
+    add_fleet_option(app, request.fleet);
     CLI::Option *const product =
         app.add_option("--product", request.product, "The first instrument of this product");
     app.add_option("--serial", request.serial, "The instrument with this serial number")
@@ -87,15 +89,6 @@ fleet_t only(fleet_instrument_t chosen, fleet_t fleet, const request_t &request)
     return fleet;
 }
 
-fleet_t read_fleet(const std::string &path)
-{
-    try {
-        return path.empty() ? default_fleet() : read_fleet_file(path);
-    } catch (const fleet_error_t &error) {
-        throw fleet_error_t("fleet file \"" + path + "\": " + error.what());
-    }
-}
-
 void serve_line(serial_instrument_t &instrument, const std::string &link_place)
 {
     pseudo_terminal_t terminal;
@@ -119,19 +112,13 @@ void run(const request_t &request)
 
 } // namespace
 
-int main(int argc, char **argv)
+void add_serial_command(CLI::App &app)
 {
-    CLI::App app("A simulated TMX switch matrix behind a pseudo-terminal", "corvane-sim");
-    request_t request;
-    add_options(app, request);
-    try {
-        app.parse(argc, argv);
-        run(request);
-        return 0;
-    } catch (const CLI::ParseError &error) {
-        return app.exit(error) == 0 ? 0 : 1;
-    } catch (const std::exception &error) {
-        std::cerr << "corvane-sim: " << error.what() << '\n';
-        return 1;
-    }
+    CLI::App *const command =
+        app.add_subcommand("serial", "One instrument behind a pseudo-terminal");
+    const auto request = std::make_shared<request_t>();
+    add_options(*command, *request);
+    command->callback([request] { run(*request); });
 }
+
+} // namespace sim::command

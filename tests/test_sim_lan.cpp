@@ -1,0 +1,368 @@
+// SPDX-License-Identifier: MIT
+#include "rpc/record_marking.h"
+#include "rpc/vxi11.h"
+#include "sim/bus/bus.h"
+#include "sim/lan/port_mapper.h"
+#include "sim/lan/raw_conversation.h"
+#include "sim/lan/rpc_conversation.h"
+#include "sim/lan/vxi11_service.h"
+
+#include <QByteArray>
+#include <QtTest/QTest>
+
+#include <thread>
+
+using namespace rpc::vxi11;
+using namespace sim;
+using namespace sim::lan;
+
+namespace {
+
+constexpr std::uint16_t core_port = 1025;
+constexpr std::uint32_t soon_ms = 30; ///< a time-out that is waited for
+
+/// What clients share.
+struct network_t
+{
+    explicit network_t(int delay_ms = 0)
+    {
+        fleet_t fleet = default_fleet();
+        fleet.instruments.resize(1);
+        fleet.instruments[0].response_delay = std::chrono::milliseconds(delay_ms);
+        bus.load(fleet);
+    }
+
+    bus_t bus;
+    link_table_t links;
+};
+
+/// The results of a call; the memory of the texts is the client's.
+template <typename result_t>
+struct answered_t : result_t
+{
+    std::uint32_t status = 99;
+    bool waits = false;
+};
+
+/// One connection to the instrument's core channel.
+class client_t
+{
+public:
+    explicit client_t(network_t &network)
+        : conversation(std::make_unique<vxi11_service_t>(network.bus, 0, core_port, network.links))
+    {
+    }
+
+    template <typename result_t, typename args_t>
+    answered_t<result_t> call(procedure_t procedure, const args_t &args,
+                              std::uint32_t program = core_program)
+    {
+        std::string record(rpc::record_header_room);
+        rpc::xdr_writer_t out(record);
+        rpc::write_call(out, {7, 2, program, 1, static_cast<std::uint32_t>(procedure), {}});
+        out.structure(args);
+        rpc::end_record(record, 0);
+        return result<result_t>(record);
+    }
+
+    /// Goes on until the answer is there; waits for it only if `patient`.
+    template <typename result_t>
+    answered_t<result_t> result(std::string_view bytes = {}, bool patient = true)
+    {
+        reply.clear();
+        progress_t progress;
+        do {
+            progress = conversation.advance(bytes, reply);
+            if (progress.state == progress_t::state_t::waiting && patient &&
+                progress.until != never)
+                std::this_thread::sleep_until(progress.until);
+        } while (reply.empty() && progress.until != never && patient);
+        answered_t<result_t> answered;
+        answered.waits = progress.state == progress_t::state_t::waiting;
+        if (const auto read = rpc::read_reply(
+                std::string_view(reply).substr(std::min<std::size_t>(4, reply.size())))) {
+            answered.status = read->status;
+            rpc::xdr_reader_t(read->results).structure(static_cast<result_t &>(answered));
+        }
+        return answered;
+    }
+
+    std::uint32_t open(const char *device = "inst0")
+    {
+        const auto made = call<create_link_result_t>(procedure_t::create_link,
+                                                     create_link_args_t{1, false, 0, device});
+        return made.error == 0 ? made.link : 0;
+    }
+
+    std::uint32_t write(std::uint32_t link, std::string_view text, std::uint32_t flags = flag_end)
+    {
+        return call<error_number_result_t>(procedure_t::device_write,
+                                           write_args_t{link, soon_ms, soon_ms, flags, text})
+            .error;
+    }
+
+    /// What a read brings: data and reason, or the error.
+    QByteArray read(std::uint32_t link, std::uint32_t size = 100, char term_char = 0,
+                    std::uint32_t timeout = soon_ms)
+    {
+        const std::uint32_t flags = term_char == 0 ? 0 : flag_term_char;
+        const auto got = call<read_result_t>(
+            procedure_t::device_read,
+            read_args_t{link, size, timeout, 0, flags, static_cast<std::uint32_t>(term_char)});
+        if (got.error != 0)
+            return "error " + QByteArray::number(got.error);
+        return QByteArray(got.data.data(), static_cast<int>(got.data.size())).trimmed() + "|" +
+               QByteArray::number(got.reason);
+    }
+
+    std::uint32_t lock(std::uint32_t link, std::uint32_t flags = 0)
+    {
+        return call<error_result_t>(procedure_t::device_lock, lock_args_t{link, flags, soon_ms})
+            .error;
+    }
+
+private:
+    rpc_conversation_t conversation;
+    std::string reply;
+};
+
+} // namespace
+
+class test_sim_lan : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void message_or_reply_is_cut_wrongly();
+    void reply_comes_at_the_wrong_time();
+    void lock_is_ignored_or_never_ends();
+    void call_that_is_not_served_is_believed();
+    void link_outlives_its_instrument_or_client();
+    void port_mapper_sends_clients_astray();
+    void raw_line_is_misread();
+};
+
+void test_sim_lan::message_or_reply_is_cut_wrongly()
+{
+    network_t network;
+    client_t client(network);
+    const std::uint32_t link = client.open("INST0");
+    QCOMPARE(link, 1U);
+    // A message ends with END, or with a line feed, and not before.
+    QCOMPARE(client.write(link, "ADD:ROUT", 0), 0U);
+    QCOMPARE(client.write(link, "e A3", flag_end), 0U);
+    QCOMPARE(client.write(link, "ROUTes?\n", 0), 0U);
+    QCOMPARE(client.read(link, 2), "3,|1");
+    QCOMPARE(client.read(link, 100, ','), "14,|2");
+    QCOMPARE(client.read(link, 2, ','), "9,|3");
+    QCOMPARE(client.read(link, 0), "|1");
+    QCOMPARE(client.read(link, 2), "0|5");
+    QCOMPARE(client.write(link, "ROUTes?"), 0U);
+    QCOMPARE(client.read(link, 100, '\n'), "3,14,9,0|6");
+
+    // Longer than any message: refused, and forgotten.
+    const std::string much(vxi11_service_t::most_message_bytes - 100, ' ');
+    QCOMPARE(client.write(link, much, 0), 0U);
+    QCOMPARE(client.write(link, std::string(200, ' '), 0), 17U);
+    QCOMPARE(client.write(link, "ROUTes?"), 0U);
+    QCOMPARE(client.read(link), "3,14,9,0|4");
+}
+
+void test_sim_lan::reply_comes_at_the_wrong_time()
+{
+    network_t network(2 * soon_ms);
+    client_t client(network);
+    const std::uint32_t link = client.open();
+    client.write(link, "ROUTes?");
+    QCOMPARE(client.read(link), "error 15");
+    QCOMPARE(client.read(link, 100, 0, 1000), "0,14,9,0|4");
+    // A late reply is not the next query's.
+    client.write(link, "ROUTes?");
+    QCOMPARE(client.read(link), "error 15");
+    client.write(link, "*IDN?");
+    QCOMPARE(client.read(link, 100, 0, 1000), "TMX,TMX5044,SN44001,1.0.0|4");
+    QCOMPARE(client.read(link), "error 15");
+    client.write(link, "SYST:ERR?;ERR?");
+    QCOMPARE(client.read(link, 100, 0, 1000),
+             "-410,\"Query INTERRUPTED\";-420,\"Query UNTERMINATED\"|4");
+    // After a clear nothing comes, and an abort ends the wait.
+    client.write(link, "ROUTes?");
+    QCOMPARE(client.call<error_result_t>(procedure_t::device_clear, generic_args_t{link}).error,
+             0U);
+    QCOMPARE(client.read(link, 100, 0, 3 * soon_ms), "error 15");
+
+    client_t other(network);
+    QCOMPARE(other.open(), 2U);
+    other.write(2, "ROUTes?");
+    const auto status =
+        other.call<error_number_result_t>(procedure_t::device_readstb, generic_args_t{2});
+    QCOMPARE(status.number & 16, 0U);
+    std::string read(rpc::record_header_room);
+    rpc::xdr_writer_t out(read);
+    rpc::write_call(out, {7, 2, core_program, 1, 12, {}});
+    out.structure(read_args_t{2, 100, 60'000});
+    rpc::end_record(read, 0);
+    QVERIFY(other.result<read_result_t>(read, false).waits);
+    for (const std::uint32_t error : {0U, 4U})
+        QCOMPARE(client
+                     .call<error_result_t>(static_cast<procedure_t>(device_abort),
+                                           link_args_t{error == 0 ? 2U : 3U}, abort_program)
+                     .error,
+                 error);
+    QCOMPARE(other.result<read_result_t>().error, 23U);
+    QCOMPARE(other.read(2, 100, 0, 1000), "0,14,9,0|4");
+}
+
+void test_sim_lan::lock_is_ignored_or_never_ends()
+{
+    network_t network;
+    auto owner = std::make_unique<client_t>(network);
+    client_t other(network);
+    const std::uint32_t owners = owner->open();
+    const std::uint32_t others = other.open();
+    other.write(others, "ROUTes?");
+    QCOMPARE(owner->lock(owners), 0U);
+    QCOMPARE(owner->lock(owners, flag_wait_lock), 11U);
+    QCOMPARE(owner->write(owners, "ROUTes?"), 0U);
+    for (const std::uint32_t flags : {0U, flag_wait_lock}) {
+        QCOMPARE(other.write(others, "*CLS", flags | flag_end), 11U);
+        QCOMPARE(other.lock(others, flags), 11U);
+    }
+    QCOMPARE(other.read(others), "error 11");
+    for (const procedure_t procedure :
+         {procedure_t::device_readstb, procedure_t::device_trigger, procedure_t::device_clear})
+        QCOMPARE(other.call<error_result_t>(procedure, generic_args_t{others}).error, 11U);
+    QCOMPARE(other.call<error_result_t>(procedure_t::device_unlock, link_args_t{others}).error,
+             12U);
+    const create_link_args_t locking{1, true, soon_ms, "inst0"};
+    QCOMPARE(other.call<create_link_result_t>(procedure_t::create_link, locking).error, 11U);
+
+    QCOMPARE(owner->call<error_result_t>(procedure_t::device_unlock, link_args_t{owners}).error,
+             0U);
+    QVERIFY(network.links.take_change());
+    QCOMPARE(other.read(others), "0,14,9,0|4");
+    const auto second = other.call<create_link_result_t>(procedure_t::create_link, locking);
+    QCOMPARE(second.error, 0U);
+    QCOMPARE(owner->lock(owners), 11U);
+    QCOMPARE(other.call<error_result_t>(procedure_t::destroy_link, link_args_t{second.link}).error,
+             0U);
+    QCOMPARE(owner->lock(owners), 0U);
+    owner.reset();
+    QVERIFY(network.links.take_change());
+    QCOMPARE(other.lock(others), 0U);
+}
+
+void test_sim_lan::call_that_is_not_served_is_believed()
+{
+    network_t network;
+    client_t client(network);
+    client_t stranger(network);
+    const std::uint32_t link = client.open();
+    for (const char *const device : {"inst1", "", "inst", "inst00", "gpib0,5"})
+        QCOMPARE(client.open(device), 0U);
+    QCOMPARE(stranger.write(link, "*CLS"), 4U);
+    for (const std::uint32_t procedure : {16U, 17U, 20U, 22U, 25U, 26U})
+        QCOMPARE(client.call<error_result_t>(static_cast<procedure_t>(procedure), link_args_t{link})
+                     .error,
+                 8U);
+    for (const std::uint32_t procedure : {1U, 21U, 24U, 27U})
+        QCOMPARE(client.call<error_result_t>(static_cast<procedure_t>(procedure), link_args_t{link})
+                     .status,
+                 3U);
+    QCOMPARE(client.call<error_result_t>(procedure_t::null, error_result_t{}).status, 0U);
+    QCOMPARE(client.call<error_result_t>(procedure_t::device_write, link_args_t{link}).status, 4U);
+    QCOMPARE(client.call<error_result_t>(procedure_t::null, error_result_t{}, 395'185).status, 1U);
+    for (std::size_t more = 1; more < vxi11_service_t::most_links; ++more)
+        QVERIFY(client.open() != 0);
+    QCOMPARE(client.open(), 0U);
+}
+
+void test_sim_lan::link_outlives_its_instrument_or_client()
+{
+    network_t network;
+    client_t rebooting(network);
+    client_t other(network);
+    QVERIFY(other.open() != 0);
+    QCOMPARE(rebooting.write(rebooting.open(), "REBOOT"), 0U);
+    QVERIFY(network.links.take_change());
+    // Both connections are closed, and no new link is made until the instrument is back.
+    QCOMPARE(other.result<error_result_t>().status, 99U);
+    client_t early(network);
+    QCOMPARE(early.open(), 0U);
+    QTRY_VERIFY(early.open() != 0);
+}
+
+void test_sim_lan::port_mapper_sends_clients_astray()
+{
+    // Version, procedure and arguments; accept status and results.
+    const struct
+    {
+        std::uint32_t version;
+        std::uint32_t procedure;
+        const char *arguments;
+        const char *answer;
+    } rows[] = {
+        {2, 3, "000607af 00000001 00000006 00000000", "00000000 00000401"},
+        {2, 3, "000607b0 00000001 00000006 00000000", "00000000 00000401"},
+        {2, 3, "000607af 00000001 00000011 00000000", "00000000 00000000"}, // over UDP
+        {2, 3, "000607af 00000002 00000006 00000000", "00000000 00000000"},
+        {2, 3, "000607af", "00000004"},
+        {4, 3, "000607af 00000001 00000003 74637000 00000000 00000000",
+         "00000000 0000000d 3132372e302e302e312e342e31 000000"}, // 127.0.0.1.4.1
+        {3, 3, "000607af 00000001 00000003 75647000 00000000 00000000", "00000000 00000000"},
+        {3, 3, "000607af 00000001 ffffffff 74637000 00000000 00000000", "00000004"},
+        {4, 0, "", "00000000"},
+        {3, 4, "", "00000003"},
+        {5, 3, "", "00000002 00000002 00000004"},
+        {1, 3, "", "00000002 00000002 00000004"},
+    };
+    port_mapper_t mapper("127.0.0.1", core_port);
+    for (const auto &row : rows) {
+        std::string call;
+        rpc::xdr_writer_t out(call);
+        rpc::write_call(out, {7, 2, 100'000, row.version, row.procedure, {}});
+        call += QByteArray::fromHex(row.arguments).toStdString();
+        std::string reply;
+        bus_time_t until = never;
+        QCOMPARE(answer_call(mapper, call, false, reply, until), answer_t::given);
+        QCOMPARE(QByteArray::fromStdString(reply.substr(20)).toHex(),
+                 QByteArray::fromHex(row.answer).toHex());
+    }
+}
+
+void test_sim_lan::raw_line_is_misread()
+{
+    using state_t = progress_t::state_t;
+    network_t network(soon_ms);
+    raw_conversation_t conversation(network.bus, 0, network.links);
+    client_t other(network);
+    const std::uint32_t link = other.open();
+    std::string_view input = "ADD:ROUTe A3\r\nROUTes?\n*ID";
+    std::string output;
+    progress_t progress;
+    const auto advance = [&] {
+        do
+            progress = conversation.advance(input, output);
+        while (progress.state == state_t::going_on);
+        return progress.state;
+    };
+    QCOMPARE(advance(), state_t::waiting);
+    QCOMPARE(input, std::string_view("*ID"));
+    std::this_thread::sleep_until(progress.until);
+    QCOMPARE(advance(), state_t::hungry);
+    QCOMPARE(output, std::string("3,14,9,0\n"));
+    QCOMPARE(other.lock(link), 0U);
+    input = "N?\n";
+    QCOMPARE(advance(), state_t::waiting);
+    QCOMPARE(other.call<error_result_t>(procedure_t::device_unlock, link_args_t{link}).error, 0U);
+    QCOMPARE(advance(), state_t::waiting);
+    std::this_thread::sleep_until(progress.until);
+    QCOMPARE(advance(), state_t::hungry);
+    QCOMPARE(output, std::string("3,14,9,0\nTMX,TMX5044,SN44001,1.0.0\n"));
+    const std::string endless(raw_conversation_t::most_line_bytes + 1, 'A');
+    input = endless;
+    QCOMPARE(advance(), state_t::finished);
+}
+
+QTEST_GUILESS_MAIN(test_sim_lan)
+#include "test_sim_lan.moc"
