@@ -41,8 +41,8 @@ set(CPACK_DEBIAN_CORVANE-SIMULATOR_PACKAGE_NAME corvane-simulator)
 set(CPACK_COMPONENT_CORVANE-SIMULATOR_DESCRIPTION "simulated TMX RF switch matrices and tools
 corvane-sim-run runs any VISA program with simulated instruments in place of
 the system's VISA library, which stays as it is for all other programs.
-corvane-sim puts a simulated instrument behind a serial line, and
-corvane-package makes and examines firmware packages.")
+corvane-sim puts simulated instruments behind a serial line or on the
+network, and corvane-package makes and examines firmware packages.")
 set(CPACK_DEBIAN_CORVANE-SIMULATOR_PACKAGE_SUGGESTS corvane)
 
 include(CPack)
