@@ -29,7 +29,7 @@ public:
     template <typename structure_t>
     void structure(structure_t &value)
     {
-        std::apply([this](auto &...items) { (item(items), ...); }, structure_t::items(value));
+        std::apply([this](auto &...items) { (this->item(items), ...); }, structure_t::items(value));
     }
 
     bool ok() const { return sound; }
@@ -63,7 +63,8 @@ public:
     template <typename structure_t>
     void structure(const structure_t &value)
     {
-        std::apply([this](const auto &...items) { (item(items), ...); }, structure_t::items(value));
+        std::apply([this](const auto &...items) { (this->item(items), ...); },
+                   structure_t::items(value));
     }
 
 private:
