@@ -141,7 +141,7 @@ void test_serial_instrument::paced_reply_is_read_wrongly()
 
 int test_serial_instrument::waiting_bytes() const
 {
-    const QByteArray path = qgetenv("UMOCKDEV_DIR") + "/dev/ttyACM44";
+    const QByteArray path = qgetenv("UMOCKDEV_DIR") + "/dev/" CORVANE_SERIAL_PORT;
     const int line = open(path.constData(), O_RDONLY | O_NOCTTY);
     int count = 0;
     ioctl(line, FIONREAD, &count);
@@ -152,7 +152,7 @@ int test_serial_instrument::waiting_bytes() const
 void test_serial_instrument::late_reply_answers_the_next_query()
 {
     plug();
-    QVERIFY(command.serial_open("ttyACM44"));
+    QVERIFY(command.serial_open(CORVANE_SERIAL_PORT));
     std::string out;
     for (const bool qt_has_read : {false, true}) {
         QVERIFY(command.send_command("*IDN?"));
