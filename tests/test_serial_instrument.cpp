@@ -46,7 +46,8 @@ void test_serial_instrument::plug(const QStringList &options)
     devices.mkpath(".");
     sim.setStandardErrorFile(log.fileName());
     sim.start(CORVANE_SIM,
-              QStringList{"serial", "--log", "--link", devices.filePath(CORVANE_SERIAL_PORT)} + options);
+              QStringList{"serial", "--log", "--link", devices.filePath(CORVANE_SERIAL_PORT)} +
+                  options);
     while (!sim.canReadLine() && sim.waitForReadyRead()) {
     }
     if (sim.readLine().isEmpty() || !log.open(QIODevice::ReadOnly))
