@@ -262,7 +262,7 @@ error_result_t vxi11_service_t::lock(const lock_args_t &args)
         return with_error<error_result_t>(error_code_t::locked_by_another_link);
     return with_error<error_result_t>(
         operate(args.link, args.flags, args.lock_timeout, [](client_link_t &asking) {
-            const bus_lock_t outcome = asking.session->lock_exclusive(at_once);
+            bus_outcome_t outcome = asking.session->lock_exclusive(at_once);
             asking.has_lock = outcome.ok();
             return outcome;
         }));
