@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <fcntl.h>
+#include <pty.h>
 #include <sys/ioctl.h>
 #include <system_error>
 #include <termios.h>
@@ -14,30 +15,25 @@ namespace sim::serial {
 namespace {
 
 /// Bytes as they are: no echo, no line editing, no signals.
-bool make_raw(int descriptor)
+termios raw_settings()
 {
     termios settings{};
-    if (tcgetattr(descriptor, &settings) != 0)
-        return false;
     cfmakeraw(&settings);
-    return tcsetattr(descriptor, TCSANOW, &settings) == 0;
+    settings.c_cflag |= CREAD;
+    // None would mean hanging up.
+    cfsetspeed(&settings, B38400);
+    return settings;
 }
 
 } // namespace
 
-pseudo_terminal_t::pseudo_terminal_t() : instrument_end(posix_openpt(O_RDWR | O_NOCTTY))
+pseudo_terminal_t::pseudo_terminal_t()
 {
-    if (instrument_end >= 0 && grantpt(instrument_end) == 0 && unlockpt(instrument_end) == 0) {
-        device = ptsname(instrument_end);
-        program_end = open(device.c_str(), O_RDWR | O_NOCTTY);
-    }
-    if (program_end < 0 || !make_raw(program_end) ||
-        fcntl(instrument_end, F_SETFL, O_NONBLOCK) != 0) {
-        const std::system_error error(errno, std::generic_category(), "pseudo-terminal");
-        close(program_end);
-        close(instrument_end);
-        throw error;
-    }
+    const termios settings = raw_settings();
+    if (openpty(&instrument_end, &program_end, nullptr, &settings, nullptr) != 0)
+        throw std::system_error(errno, std::generic_category(), "pseudo-terminal");
+    device = ptsname(instrument_end);
+    fcntl(instrument_end, F_SETFL, O_NONBLOCK);
 }
 
 pseudo_terminal_t::~pseudo_terminal_t()

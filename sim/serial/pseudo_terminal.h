@@ -32,7 +32,7 @@ public:
     void send(std::string_view bytes);
 
 private:
-    int instrument_end;
+    int instrument_end = -1;
     int program_end = -1; ///< kept open, so that the line outlives the programs
     std::string device;
 };
