@@ -47,10 +47,10 @@ void test_connect_panel::start_or_a_busy_instrument_looks_connected()
 void test_connect_panel::rescan_lists_foreign_instruments_or_shifts_positions()
 {
     simulator.load_fleet(R"({"instruments": [
-        {"identity": "OTHER,1,1,1", "resources": ["USB0::0x0001::0x0001::A::INSTR"]},
+        {"identity": "OTHER,1,1,1", "resources": ["USB0::0xA17E::0x2001::A::INSTR"]},
         {"product": 42, "serial": "X1", "version": "3.1",
          "resources": ["USB0::0xA17E::0x2000::X1::INSTR"]},
-        {"identity": "OTHER,1,1,1", "resources": ["USB0::0x0001::0x0001::B::INSTR"]},
+        {"identity": "OTHER,1,1,1", "resources": ["USB0::0x0001::0x2000::B::INSTR"]},
         {"product": 21, "serial": "X2", "resources": ["USB0::0xA17E::0x2000::X2::INSTR"]}]})");
     window_driver_t driver;
     QVERIFY(driver.click("Rescan"));

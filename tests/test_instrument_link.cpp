@@ -338,8 +338,8 @@ void test_instrument_link::lan_apply_stops_at_the_first_failure()
     QVERIFY(command().lan_read(before));
     simulator.take_texts();
     simulator.fail_call(CORVANE_SIM_WRITE, 3);
-    QVERIFY(!command().lan_apply({"0", "bench", "10.0.0.2", "255.0.0.0", "10.0.0.1", ""}));
-    QCOMPARE(simulator.take_texts(), QByteArrayList({"SET:LAN:DHCP 0", "SET:LAN:IP 10.0.0.2"}));
+    QVERIFY(!command().lan_apply({"2", "bench", "10.0.0.2", "255.0.0.0", "10.0.0.1", ""}));
+    QCOMPARE(simulator.take_texts(), QByteArrayList({"SET:LAN:DHCP 2", "SET:LAN:IP 10.0.0.2"}));
 }
 
 void test_instrument_link::replies_lose_exactly_one_character_data()
@@ -403,6 +403,7 @@ void test_instrument_link::queries_of_two_threads_mix_up()
         }
         return replies.count(reply);
     };
+    recorded_pauses_t::instance().wait_for_real(true);
     auto other = std::async(std::launch::async, ask, "*OPC?", QByteArray("1\n"));
     QCOMPARE(ask("ROUTes?", "0,0,0,0\n"), 10);
     QCOMPARE(other.get(), 10);
@@ -410,12 +411,14 @@ void test_instrument_link::queries_of_two_threads_mix_up()
 
 void test_instrument_link::closed_link_mode_sends_nothing_unless_forced()
 {
-    command().set_link_mode(link_modes::not_connected);
     std::string out;
-    QVERIFY(!command().send_command("ADD:ROUTe A3"));
-    QVERIFY(!command().query("ROUTes?", out));
-    QVERIFY(!command().read_reply(out));
-    QCOMPARE(simulator.take_texts(), QByteArrayList());
+    for (const auto mode : {link_modes::upgrading, link_modes::not_connected}) {
+        command().set_link_mode(mode);
+        QVERIFY(!command().send_command("ADD:ROUTe A3"));
+        QVERIFY(!command().query("ROUTes?", out));
+        QVERIFY(!command().read_reply(out));
+        QCOMPARE(simulator.take_texts(), QByteArrayList());
+    }
     QVERIFY(command().query("*IDN?", out, true));
     QCOMPARE(simulator.take_texts(), QByteArrayList{"*IDN?"});
 }

@@ -127,13 +127,16 @@ def judge(fault, tests, caught_before):
     """Which test catches a planted fault: its name, "" for none; None when it does not compile."""
     concerned = [test for test in tests if fault.file in test.sources]
     # What caught a neighbour catches this one, likely; else the shortest test comes first.
-    concerned.sort(key=lambda test: (-caught_before[fault.file, test.name], test.seconds))
+    places = [fault.file, os.path.dirname(fault.file)]
+    concerned.sort(key=lambda test: (*(-caught_before[place, test.name] for place in places),
+                                     test.seconds))
     for test in concerned:
         if ninja(test.program).returncode != 0:
             return None
         passed = run(test, 10 + 5 * test.seconds)
         if not passed:
-            caught_before[fault.file, test.name] += 1
+            for place in places:
+                caught_before[place, test.name] += 1
             return test.name + (" by time-out" if passed is None else "")
     return ""
 
