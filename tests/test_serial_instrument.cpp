@@ -3,6 +3,7 @@
 #include "tests/support/dialog_driver.h"
 #include "tests/support/window_driver.h"
 
+#include <QComboBox>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QProcess>
@@ -79,6 +80,7 @@ void test_serial_instrument::wrong_port_is_taken_or_a_write_is_lost()
     window_driver_t driver;
     QVERIFY(driver.click("Rescan"));
     QCOMPARE(driver.devices(), QStringList(CORVANE_SERIAL_PORT));
+    QCOMPARE(driver.window.findChild<QComboBox *>()->itemData(0).toInt(), 1);
     QCOMPARE(driver.status_text(), QString("TMX5044,Serial:SN1,Version:1") + QChar(0) + "主");
     QCOMPARE(driver.link_text(), "(USB)");
     QCOMPARE(driver.lit_ports(), QStringList({"A", "2"}));
@@ -195,6 +197,8 @@ void test_serial_instrument::lost_line_hangs_or_cannot_be_opened_again()
     QTRY_VERIFY(sim.canReadLine());
     QVERIFY(driver.click("Rescan") && driver.click("D") && driver.click("24"));
     QCOMPARE(driver.lit_ports(), QStringList({"D", "24"}));
+    // A text is out when the call returns, not when the event loop comes round.
+    QVERIFY(command.send_command("REBOOT") && sim.waitForReadyRead(5000));
 }
 
 CORVANE_GUI_TEST_MAIN(test_serial_instrument)
