@@ -157,6 +157,7 @@ void test_upgrade_engine::unready_instrument_is_taken_for_ready()
     } rows[] = {
         {"0\n", 11, true, 12},   {"0\n", 12, false, 12},   {"1", 12, false, 12},
         {"11\n", 12, false, 12}, {"1\r\n", 12, false, 12}, {"1\n", 1, true, 1},
+        {"1\nx", 1, true, 1},
     };
     for (const auto &row : rows) {
         simulator.script_reply(ready, row.reply, row.times);
@@ -211,6 +212,10 @@ void test_upgrade_engine::mixed_package_is_lost_on_the_way()
                                          << "SYSTem:DEVice:PIDUG \x20" << reboot_text);
     QCOMPARE(simulator.images(resource), (QList<QPair<int, QByteArray>>{{3, boot}, {1, host}}));
     QVERIFY(drv_device_t::instance()->link_write("*CLS", 4));
+
+    // No byte is to be at the place of an empty segment.
+    const QByteArray empty = package_header(44, 500) + segment_record(3, 500, 0);
+    QCOMPARE(run_upgrade(folder.write_package(empty)), QString("0:3 0 reboot success"));
 }
 
 void test_upgrade_engine::failed_upgrade_goes_on_or_leaves_out_the_reboot_data()
