@@ -18,8 +18,7 @@ namespace visa {
 class resource_expression_t
 {
 public:
-    /// Reads an expression; nothing when it is malformed. Attribute clauses in "{ }" are
-    /// not supported and count as malformed.
+    /// Reads an expression, without an attribute clause; nothing when it is malformed.
     static std::optional<resource_expression_t> read(std::string_view text);
 
     bool matches(std::string_view name) const;

@@ -2,8 +2,8 @@
 #include "sim/visa/visa_resources.h"
 
 #include "sim/visa/visa_call.h"
-#include "visa/resource_expression.h"
 #include "visa/resource_name.h"
+#include "visa/resource_search.h"
 
 #include <cstring>
 #include <string>
@@ -58,11 +58,11 @@ object_attributes_t attributes_at(bus_state_t &state, place_t place, ViSession m
     return attributes;
 }
 
-std::vector<std::string> names_on(const bus_state_t &state, const resource_expression_t &search)
+std::vector<std::string> names_on(bus_state_t &state, const resource_search_t &search)
 {
     std::vector<std::string> names;
     for (place_t place = 0; place < state.places().size(); ++place)
-        if (state.is_present(place) && search.matches(state.place(place).name_text))
+        if (state.is_present(place) && search.finds(attributes_at(state, place, null_object)))
             names.push_back(state.place(place).name_text);
     return names;
 }
@@ -101,7 +101,7 @@ ViStatus find_resources(ViSession manager, const char *expression, ViFindList *l
         return *verdict;
     if (call.world.objects.manager(manager) == nullptr)
         return error_invalid_object;
-    const auto search = resource_expression_t::read(expression == nullptr ? "" : expression);
+    const auto search = resource_search_t::read(expression == nullptr ? "" : expression);
     if (!search)
         return error_invalid_expression;
     if (name == nullptr)
