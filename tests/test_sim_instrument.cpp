@@ -31,20 +31,6 @@ QByteArray errors_of(const sim::sim_instrument_t &instrument)
     return codes.join(' ');
 }
 
-std::string block_of(const std::string &bytes)
-{
-    std::string block = "UPGRADE " + bytes;
-    block.resize(8 + sim::firmware_store_t::block_bytes, '\xFF');
-    return block;
-}
-
-struct reply_t
-{
-    const char *messages; // separated by |
-    const char *reply;    // to the last one
-    const char *errors;   // in the queue at the end
-};
-
 } // namespace
 
 class test_sim_instrument : public QObject
@@ -52,16 +38,16 @@ class test_sim_instrument : public QObject
     Q_OBJECT
 
 private slots:
-    void command_gets_its_exact_reply_and_errors_data();
     void command_gets_its_exact_reply_and_errors();
     void refused_message_changes_nothing();
     void vna_port_reaches_its_blocks_only();
     void bad_transfer_is_refused_and_not_ready();
 };
 
-void test_sim_instrument::command_gets_its_exact_reply_and_errors_data()
+void test_sim_instrument::command_gets_its_exact_reply_and_errors()
 {
-    static const reply_t rows[] = {
+    // Messages separated by |, the reply to the last one, and the errors in the queue at the end.
+    const char *const rows[][3] = {
         {"SHOW:MNAMe?;SER?;SVERsion?;TEMPerature?;PRODect:ID?", "TMX5044;SN1;1.0.0;36.5;44\n", ""},
         {"UPGRADE:ID?;:SHOW:SERial?\r\n", "44,-1,49,0;SN1\n", ""},
         {"*TST?;*OPC?;*WAI;*ESE 255;*ESE?", "0;1;255\n", ""},
@@ -98,20 +84,14 @@ void test_sim_instrument::command_gets_its_exact_reply_and_errors_data()
         {"REBOOT 1|UPREADY?;UPGRADE:ID?;*OPC?", "1;44,-1,49,0;1\n", ""},
         {"REBOOT 1|GET:COLOR? A|ROUTes?", "nothing", "-113 -113"},
         {"REBOOT 1|REBOOT|ROUTes?", "0,0,0,0\n", ""}};
-    QTest::addColumn<QByteArray>("reply");
-    QTest::addColumn<QByteArray>("errors");
-    for (const reply_t &row : rows)
-        QTest::newRow(row.messages) << QByteArray(row.reply) << QByteArray(row.errors);
-}
-
-void test_sim_instrument::command_gets_its_exact_reply_and_errors()
-{
-    sim::sim_instrument_t instrument(config_of(44));
-    QByteArray reply;
-    for (const QByteArray &message : QByteArray(QTest::currentDataTag()).split('|'))
-        reply = answer(instrument, message.toStdString());
-    QTEST(reply, "reply");
-    QTEST(errors_of(instrument), "errors");
+    for (const auto &[messages, expected, errors] : rows) {
+        sim::sim_instrument_t instrument(config_of(44));
+        QByteArray reply;
+        for (const QByteArray &message : QByteArray(messages).split('|'))
+            reply = answer(instrument, message.toStdString());
+        QVERIFY2(reply == expected, messages + (": " + reply));
+        QVERIFY2(errors_of(instrument) == errors, messages);
+    }
 }
 
 void test_sim_instrument::refused_message_changes_nothing()
@@ -155,16 +135,15 @@ void test_sim_instrument::refused_message_changes_nothing()
 
 void test_sim_instrument::vna_port_reaches_its_blocks_only()
 {
-    struct reach_t
+    const struct
     {
         int product;
         std::string ports;
         QList<int> blocks; // first port of each block of six
-    };
-    static const reach_t rows[] = {
-        {21, "AB", {1}}, {22, "AB", {1, 7}}, {24, "AB", {1, 7, 13, 19}}, {24, "CD", {}},
-        {42, "AB", {1}}, {42, "CD", {7}},    {44, "AB", {1, 13}},        {44, "CD", {7, 19}}};
-    for (const reach_t &row : rows) {
+    } rows[] = {{21, "AB", {1}},     {22, "AB", {1, 7}}, {24, "AB", {1, 7, 13, 19}},
+                {24, "CD", {}},      {42, "AB", {1}},    {42, "CD", {7}},
+                {44, "AB", {1, 13}}, {44, "CD", {7, 19}}};
+    for (const auto &row : rows) {
         for (int label = 1; label <= 25; ++label) {
             for (const char port : row.ports) {
                 const std::string route = port + std::to_string(label);
@@ -181,7 +160,7 @@ void test_sim_instrument::vna_port_reaches_its_blocks_only()
 
 void test_sim_instrument::bad_transfer_is_refused_and_not_ready()
 {
-    const QByteArray block = QByteArray::fromStdString(block_of("x"));
+    const QByteArray block = "UPGRADE " + QByteArray(2048, '\xFF');
     const std::pair<QByteArrayList, const char *> rows[] = {
         {{"HOSTUG 5"}, "-221"}, // without the loader
         {{block}, "-200"},
