@@ -167,7 +167,6 @@ private:
     bool read_number(node_t &node)
     {
         const int base = take("0x") || take("0X") ? 16 : 10;
-        skip_blanks();
         const auto end = std::from_chars(rest.data(), rest.data() + rest.size(), node.number, base);
         rest.remove_prefix(static_cast<std::size_t>(end.ptr - rest.data()));
         return end.ec == std::errc();

@@ -46,9 +46,10 @@ std::optional<resource_search_t> resource_search_t::read(std::string_view text)
     return search.attributes ? std::optional(std::move(search)) : std::nullopt;
 }
 
-bool resource_search_t::finds(const object_attributes_t &resource) const
+bool resource_search_t::finds(std::string_view name,
+                              const std::function<object_attributes_t()> &attributes_of_it) const
 {
-    return name.matches(resource.name_text) && (!attributes || attributes->holds_for(resource));
+    return names.matches(name) && (!attributes || attributes->holds_for(attributes_of_it()));
 }
 
 } // namespace visa

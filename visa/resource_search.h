@@ -5,6 +5,7 @@
 #include "visa/object_attributes.h"
 #include "visa/resource_expression.h"
 
+#include <functional>
 #include <optional>
 #include <string_view>
 #include <utility>
@@ -19,12 +20,15 @@ public:
     /// Reads a search; nothing when it is malformed.
     static std::optional<resource_search_t> read(std::string_view text);
 
-    bool finds(const object_attributes_t &resource) const;
+    /// Whether it finds a resource of this name; its attributes are asked for only when they
+    /// matter.
+    bool finds(std::string_view name,
+               const std::function<object_attributes_t()> &attributes_of_it) const;
 
 private:
-    explicit resource_search_t(resource_expression_t expression) : name(std::move(expression)) {}
+    explicit resource_search_t(resource_expression_t expression) : names(std::move(expression)) {}
 
-    resource_expression_t name;
+    resource_expression_t names;
     std::optional<attribute_expression_t> attributes;
 };
 

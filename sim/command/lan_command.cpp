@@ -84,10 +84,12 @@ void run(const request_t &request)
     // What goes over the network is nobody's to read here, and must not pile up.
     bus.access()->log.enabled = false;
     lan::lan_server_t server(bus);
+    std::string ports;
     for (const lan_place_t &place : choose(lan_places(bus), request))
-        std::cout << place.name << ": VXI-11 on port " << server.add(place.place, place.host)
-                  << ", SCPI on port " << lan::lan_server_t::raw_port << '\n';
-    std::cout << std::flush;
+        ports += place.name + ": VXI-11 on port " +
+                 std::to_string(server.add(place.place, place.host)) + ", SCPI on port " +
+                 std::to_string(lan::lan_server_t::raw_port) + '\n';
+    std::cout << ports << std::flush;
     server.serve(stop);
 }
 

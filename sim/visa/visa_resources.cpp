@@ -61,9 +61,12 @@ object_attributes_t attributes_at(bus_state_t &state, place_t place, ViSession m
 std::vector<std::string> names_on(bus_state_t &state, const resource_search_t &search)
 {
     std::vector<std::string> names;
-    for (place_t place = 0; place < state.places().size(); ++place)
-        if (state.is_present(place) && search.finds(attributes_at(state, place, null_object)))
-            names.push_back(state.place(place).name_text);
+    for (place_t place = 0; place < state.places().size(); ++place) {
+        const std::string &name = state.place(place).name_text;
+        const auto attributes = [&] { return attributes_at(state, place, null_object); };
+        if (state.is_present(place) && search.finds(name, attributes))
+            names.push_back(name);
+    }
     return names;
 }
 
