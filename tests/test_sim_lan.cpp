@@ -155,6 +155,7 @@ private slots:
     void reply_comes_at_the_wrong_time();
     void lock_is_ignored_or_never_ends();
     void call_that_is_not_served_is_believed();
+    void link_outlives_its_instrument_or_client();
     void port_mapper_sends_clients_astray();
     void raw_line_is_misread();
 };
@@ -217,6 +218,7 @@ void test_sim_lan::lock_is_ignored_or_never_ends()
     QCOMPARE(owner->lock(owners), 0U);
     QCOMPARE(owner->lock(owners, flag_wait_lock), 11U);
     QCOMPARE(owner->write(owners, "ROUTes?"), 0U);
+    QCOMPARE(owner->read(owners), "0,14,9,0|4");
     for (const std::uint32_t flags : {0U, flag_wait_lock})
         QCOMPARE(other.lock(others, flags), 11U);
     QCOMPARE(other.read(others), "error 11");
@@ -265,6 +267,21 @@ void test_sim_lan::call_that_is_not_served_is_believed()
     for (std::size_t more = 1; more < vxi11_service_t::most_links; ++more)
         QVERIFY(client.open() != 0);
     QCOMPARE(client.open(), 0U);
+}
+
+void test_sim_lan::link_outlives_its_instrument_or_client()
+{
+    network_t network;
+    client_t rebooting(network);
+    client_t other(network);
+    QVERIFY(other.open() != 0);
+    QCOMPARE(rebooting.write(rebooting.open(), "REBOOT"), 0U);
+    QVERIFY(network.links.take_change());
+    // Both connections are closed, and no new link is made until the instrument is back.
+    QVERIFY(other.result<error_result_t>({}, false).ended);
+    client_t early(network);
+    QCOMPARE(early.open(), 0U);
+    QTRY_VERIFY(early.open() != 0);
 }
 
 void test_sim_lan::port_mapper_sends_clients_astray()

@@ -146,7 +146,8 @@ class Clients(unittest.TestCase):
         self.assertEqual(instrument.read_stb() & 16, 0)
         self.assert_fails(pyvisa.constants.VI_ERROR_TMO, instrument.read)
         instrument.assert_trigger()
-        self.assertEqual(instrument.query("SYST:ERR?"), '-420,"Query UNTERMINATED"\n')
+        self.assertEqual(
+            instrument.query("SYST:ERR?;ERR?"), '-420,"Query UNTERMINATED";0,"No error"\n')
 
     def test_lock_keeps_a_second_link_out(self):
         owner, other = self.open(), self.open()
