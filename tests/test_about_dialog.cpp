@@ -40,8 +40,11 @@ void test_about_dialog::box_is_wrong_or_its_logo_takes_clicks()
 {
     ui_about_dialog_t *const box = open_about();
     QVERIFY(box->windowTitle() == "About" && box->size() == QSize(280, 200));
-    const auto *const logo = box->findChild<QWidget *>("aboutLogo");
+    QVERIFY(!box->windowFlags().testFlag(Qt::WindowContextHelpButtonHint));
+    const auto *const logo = box->findChild<QAbstractButton *>("aboutLogo");
     QVERIFY(logo->testAttribute(Qt::WA_TransparentForMouseEvents));
+    QVERIFY(logo->text() == "Corvane" && !logo->icon().isNull());
+    QCOMPARE(logo->iconSize(), QSize(32, 32));
     const auto labels = box->findChildren<QLabel *>();
     QCOMPARE(labels.value(0)->text() + labels.value(1)->text(),
              QString("\tVersion: V1.2.3\tBuild: 2024/6/12"));

@@ -4,6 +4,7 @@
 #include "tests/support/window_driver.h"
 #include "ui/widget/ui_line_edit.h"
 
+#include <QGroupBox>
 #include <QtTest/QTest>
 
 namespace {
@@ -79,7 +80,7 @@ const row_t rows[] = {
      "", "A|3"},
 
     {"product: steps, some of which fail", "product_btn_click_slot", "",
-     "write 2|Set|write 5|Set|Serial Number:=S _1|Product Type:=44TMX|write 5|Set|"
+     "write 1|Set|write 2|Set|write 5|Set|Serial Number:=S _1|Product Type:=44TMX|write 5|Set|"
      "Product Type:=TMX4424|write 5|Set|Product Type:=ABC24|write 5|Set|"
      "Product Type:=tmx5044|write 5|Set|Product Type:=T-MX_44;|Set",
      "SYSTem:DEVice:DEFAULT|" + provisioning("", "0123456789", "99") +
@@ -110,18 +111,26 @@ private:
 void test_device_dialogs::window_is_wrong_or_return_does_something_data()
 {
     QTest::addColumn<int>("width");
+    QTest::addColumn<QString>("group");
     QTest::addColumn<QString>("tab_stops");
     QTest::newRow("LAN")
-        << 400 << "IP Setting|IP Address:|Subnet Mask:|Standard Gateway:|Hostname:|Refresh|Apply";
+        << 400 << "LAN Settings"
+        << "IP Setting|IP Address:|Subnet Mask:|Standard Gateway:|Hostname:|Refresh|Apply";
     QTest::newRow("COLOR")
-        << 350 << "Color VNA Port A:|Color VNA Port B:|Color VNA Port C:|Color VNA Port D:|Default";
-    QTest::newRow("PRODUCT") << 350 << "Product Type:|Serial Number:|Set";
-    QTest::newRow("SCPI") << 450 << "Command|Reply|Write|Query|Read";
+        << 350 << "Port-LED Settings"
+        << "Color VNA Port A:|Color VNA Port B:|Color VNA Port C:|Color VNA Port D:|Default";
+    QTest::newRow("PRODUCT") << 350 << "Product Setting"
+                             << "Product Type:|Serial Number:|Set";
+    QTest::newRow("SCPI") << 450 << "Scpi Test "
+                          << "Command|Reply|Write|Query|Read";
+    QTest::newRow("UPGRADE") << 450 << "Firmware Upgrade "
+                             << "Package|Browse|Begin";
 }
 
 void test_device_dialogs::window_is_wrong_or_return_does_something()
 {
     QFETCH(int, width);
+    QFETCH(QString, group);
     QFETCH(QString, tab_stops);
     const QString title = QTest::currentDataTag();
     window_driver_t driver;
@@ -133,7 +142,11 @@ void test_device_dialogs::window_is_wrong_or_return_does_something()
     QVERIFY(driver.connect_usb("SN44"));
     QVERIFY(use_dialog(open, [&](const QDialog &dialog) {
         QCOMPARE(dialog.windowTitle(), title);
+        QCOMPARE(dialog.findChild<QGroupBox *>()->title(), group);
         QCOMPARE(dialog.width(), width);
+        for (const auto *const widget : dialog.findChildren<QWidget *>())
+            if (QByteArray(widget->metaObject()->className()).startsWith("ui_"))
+                QCOMPARE(widget->height(), 28);
         QVERIFY(dialog.minimumSizeHint().width() <= width);
         QVERIFY(!dialog.windowFlags().testFlag(Qt::WindowContextHelpButtonHint));
         simulator.take_texts();

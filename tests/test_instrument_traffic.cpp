@@ -89,7 +89,6 @@ private slots:
     void held_button_sticks_or_clicks();
     void box_after_an_exchange_is_dead();
     void nothing_came_but_something_is_lost();
-    void double_click_toggles_twice_data();
     void double_click_toggles_twice();
 
 private:
@@ -253,29 +252,22 @@ void test_instrument_traffic::nothing_came_but_something_is_lost()
     QTRY_VERIFY(driver.disabled_ports().contains("A"));
 }
 
-void test_instrument_traffic::double_click_toggles_twice_data()
-{
-    QTest::addColumn<int>("second_press_ms");
-    QTest::addColumn<int>("sent");
-    QTest::newRow("double-click") << double_click_ms << 5;
-    QTest::newRow("two clicks") << single_click_ms << 10;
-}
-
 void test_instrument_traffic::double_click_toggles_twice()
 {
-    QFETCH(int, second_press_ms);
-    QFETCH(int, sent);
-    window_driver_t driver;
-    hands_t hands{driver.window};
-    QVERIFY(driver.connect_usb("SN44") && driver.click("A"));
-    for (int click = 0; click < 2; ++click) {
+    for (const auto &[second_press_ms, sent] :
+         {std::pair(double_click_ms, 5), {single_click_ms, 10}}) {
+        init();
+        window_driver_t driver;
+        hands_t hands{driver.window};
+        QVERIFY(driver.connect_usb("SN44") && driver.click("A"));
         QTRY_VERIFY(takes_keys(driver.window));
-        if (click == 0)
-            simulator.take_texts();
-        hands.click(driver.button("3"), click == 0 ? single_click_ms : second_press_ms);
+        simulator.take_texts();
+        for (const int later_ms : {single_click_ms, second_press_ms}) {
+            hands.click(driver.button("3"), later_ms);
+            QTRY_VERIFY(takes_keys(driver.window));
+        }
+        QCOMPARE(simulator.take_texts().size(), sent);
     }
-    QTRY_VERIFY(takes_keys(driver.window));
-    QCOMPARE(simulator.take_texts().size(), sent);
 }
 
 CORVANE_GUI_TEST_MAIN(test_instrument_traffic)

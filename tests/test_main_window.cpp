@@ -4,6 +4,8 @@
 #include "tests/support/window_driver.h"
 #include "ui/ui_central_widget.h"
 
+#include <QDesktopServices>
+#include <QMenuBar>
 #include <QToolButton>
 #include <QtTest/QTest>
 
@@ -11,9 +13,12 @@ class test_main_window : public QObject
 {
     Q_OBJECT
 
+public slots:
+    void note_address(const QUrl &url) { address = url; }
+
 private slots:
     void init() { simulator.reset(); }
-    void menus_lack_an_entry();
+    void menus_or_icon_are_wrong();
     void device_action_is_not_refused();
     void vna_port_count_follows_the_product();
     void constructor_leaves_a_panel_out();
@@ -21,24 +26,42 @@ private slots:
 
 private:
     simulator_t simulator;
+    QUrl address;
 };
 
-void test_main_window::menus_lack_an_entry()
+void test_main_window::menus_or_icon_are_wrong()
 {
-    const window_driver_t driver;
+    window_driver_t driver;
     QCOMPARE(driver.window.windowTitle(), "Corvane V1.2.3");
-    QCOMPARE(driver.entries("File"), QStringList("Exit"));
-    QCOMPARE(driver.entries("Tool"), QStringList({"LAN", "Scpi", "Color", "Upgrade"}));
-    QCOMPARE(driver.entries("Help"), QStringList({"About", "Website"}));
+    QVERIFY(!driver.window.windowIcon().isNull());
+    QStringList menus;
+    for (const QAction *const menu : driver.window.menuBar()->actions())
+        menus.append(menu->text() + ": " + driver.entries(menu->text()).join(", "));
+    QCOMPARE(menus.join("; "), "File: Exit; Tool: LAN, Scpi, Color, Upgrade; Help: About, Website");
+    QDesktopServices::setUrlHandler("https", this, "note_address");
+    QVERIFY(driver.choose("Help", "Website"));
+    QCOMPARE(address, QUrl("https://norvale.example/"));
 }
 
 void test_main_window::device_action_is_not_refused()
 {
+    simulator.script_reply("ROUTes?", "0,14,0,0\n");
     const auto check = [this](std::uint8_t mode, const QStringList &entries, const char *message) {
         window_driver_t driver;
         driver.connect_lan("127.0.0.1");
         drv_command_t::instance()->set_link_mode(mode);
         simulator.take_texts();
+        if (mode != link_modes::connected) {
+            // Neither with a pick nor without one do the ports react.
+            QVERIFY(driver.click("B") && driver.click("14") && driver.click("A"));
+            QCOMPARE(driver.disabled_ports(), QStringList());
+            drv_command_t::instance()->set_link_mode(link_modes::connected);
+            QVERIFY(driver.click("A"));
+            const QStringList disabled = driver.disabled_ports();
+            drv_command_t::instance()->set_link_mode(mode);
+            QVERIFY(driver.click("3") && driver.click("Reset"));
+            QCOMPARE(driver.disabled_ports(), disabled);
+        }
         for (const QString &entry : entries) {
             QVERIFY(driver.choose("Tool", entry));
             QCOMPARE(driver.take_boxes(), QStringList(message));
@@ -68,6 +91,10 @@ void test_main_window::vna_port_count_follows_the_product()
 void test_main_window::constructor_leaves_a_panel_out()
 {
     const MainWindow window(nullptr);
+    const auto *const empty = window.findChild<QWidget *>("emptyWidget");
+    QCOMPARE(empty->size(), QSize(948, 205));
+    QCOMPARE(empty->styleSheet(),
+             "ui_empty_widget_t#emptyWidget{border-image:url(:/image/panel_1.png)}");
     const QMap<QString, int> button_counts{
         {"21", 8}, {"22", 14}, {"24", 26}, {"42", 16}, {"44", 28}};
     for (auto product = button_counts.begin(); product != button_counts.end(); ++product) {

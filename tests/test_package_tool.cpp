@@ -10,6 +10,8 @@
 #include <QProcess>
 #include <QtTest/QTest>
 
+#include <utility>
+
 namespace {
 
 QByteArray read(const QString &path)
@@ -134,13 +136,19 @@ void test_package_tool::fault_of_a_package_goes_unreported_data()
     };
     row("foreign", QByteArray(300, 'x'), {"header"});
     row("short", package_header(44, 112).left(111), {"header"});
-    row("trailing bytes", make_package(44, {{3, "boot"}}) + "x", {"trailing"});
+    row("trailing bytes", make_package(44, {{3, "boot"}}) + "x", {"trailing: 1 bytes"});
     row("unknown type", make_package(44, {{2, "a"}}), {"type"});
+    row("Ctrl-Z in the header", make_package(30, {{3, "boot"}}), {"text-mode: the header"});
+    row("CR LF in a record", make_package(44, {{3, QByteArray(0x0A0D, 'b')}}),
+        {"text-mode: record 1"});
+    row("payload over its record", whole(124, segment_record(3, 112, 12)),
+        {"overlap: payload 1 overlaps record 1"});
     row("long parameter", make_package(44, {{8, QByteArray(81, 'a')}}), {"length"});
     row("empty segments", make_package(44, {{2, {}}, {8, {}}, {3, {}}}), {"empty"});
-    row("empty segment at itself", whole(124, segment_record(3, 112, 0)), {"empty", "chain"});
+    row("empty segment at itself", whole(124, segment_record(3, 112, 0)),
+        {"empty", "chain: the chain returns"});
     row("end at the first record", whole(112, segment_record(3, 124, 4) + "boot"),
-        {"trailing", "chain"});
+        {"trailing", "chain: the file has no"});
     row("cut payload", make_package(44, {{3, "boot"}}).chopped(1), {"end", "payload"});
     row("overlap", whole(128, segment_record(3, 0, 128) + "boot"), {"overlap"});
     row("Ctrl-Z in a record", make_package(44, {{3, QByteArray(0x1A, 'b')}}), {"text-mode"});
@@ -156,11 +164,16 @@ void test_package_tool::fault_of_a_package_goes_unreported()
     QFETCH(QByteArray, package);
     QFETCH(QStringList, kinds);
     QCOMPARE(run({"inspect", "--json", folder.write(QStringLiteral("a.ADS"), package)}), 1);
-    QStringList found;
-    for (const auto finding : QJsonDocument::fromJson(output).object()["findings"].toArray())
-        found.append(finding.toObject()["kind"].toString());
-    found.removeDuplicates();
-    QCOMPARE(found, kinds);
+    QStringList left = kinds;
+    QString last;
+    for (const auto value : QJsonDocument::fromJson(output).object()["findings"].toArray()) {
+        const QJsonObject finding = value.toObject();
+        const QString kind = finding["kind"].toString();
+        const QString text = kind + ": " + finding["text"].toString();
+        if (std::exchange(last, kind) != kind)
+            QVERIFY2(!left.isEmpty() && text.startsWith(left.takeFirst()), qPrintable(text));
+    }
+    QCOMPARE(left, QStringList());
 }
 
 void test_package_tool::refusal_gives_no_reason_or_the_wrong_status()
@@ -168,10 +181,17 @@ void test_package_tool::refusal_gives_no_reason_or_the_wrong_status()
     const QString package = folder.write(QStringLiteral("a.ADS"), make_package(-7, {{3, "boot"}}));
     const QString none = folder.path(QStringLiteral("none.ADS"));
     const QString manifest = folder.path(QStringLiteral("bad.json"));
+    const QString odd =
+        folder.write(QStringLiteral("odd.ADS"), make_package(44, {{2, "ab"}}).chopped(1));
+    const auto listing = [](const QByteArray &segments, const QByteArray &id = "44") {
+        return R"({"product_id": )" + id + R"(, "segments": [)" + segments + "]}";
+    };
     const QByteArray boot = R"({"type": "boot", "file": "boot"})";
+    const QByteArray empty = R"({"type": "boot", "file": "empty"})";
+    const QStringList create{"create", manifest, none};
     const struct
     {
-        QByteArray entry; // of the manifest
+        QByteArray manifest;
         QStringList arguments;
         int status;
         QByteArray text;
@@ -180,21 +200,44 @@ void test_package_tool::refusal_gives_no_reason_or_the_wrong_status()
         {"", {"check", package, "--accept", "-7,-6,9,0"}, 1, "accepts -6 to 9"},
         {"", {"check", package, "--accept", "x,-7"}, 0, "accepts -7 to 0"},
         {"", {"check", package, "--accept", " -7 ,9,9,1x,5"}, 0, "accepts only -7"},
+        {"",
+         {"check", odd, "--accept", "44"},
+         1,
+         "refused: product id 44, the instrument accepts 1 to 0"},
+        {"",
+         {"check", folder.path("boot"), "--accept", "44"},
+         1,
+         "refused: this is no firmware package"},
         {"", {"check", package}, 2, "--accept is required"},
+        {"", {}, 2, "A subcommand is required"},
+        {"", {"inspect", odd}, 1, "(unknown), record 112, offset 124, length 2, sha256 -\n"},
+        {"", {"inspect", "--json", odd}, 1, "\"sha256\": null"},
         {"", {"--version"}, 0, "corvane-package 1."},
         {"", {"inspect", none}, 2, "none.ADS: cannot be read: No such file"},
         {"", {"inspect", folder.path({})}, 2, "cannot be read: not a regular file"},
         {"", {"inspect", "foreign.ADS"}, 2, "GB2312"},
-        {boot, {"create", manifest, "펌웨어.ADS"}, 2, "GB2312"},
-        {boot, {"create", manifest, "/dev/null"}, 2, "not a regular file"},
-        {boot, {"create", manifest, folder.path("link")}, 2, "it is the manifest"},
-        {boot, {"create", manifest, folder.path("./boot")}, 2, "it is one of the payloads"},
-        {R"({"type": 3, "file": "no"})", {"create", manifest, none}, 2, "No such file"},
-        {R"({"type": 3, "file": "boot", "type": 1})", {"create", manifest, none}, 2, "twice"},
-        {R"({"type": 2, "file": "boot"})", {"create", manifest, none}, 2, "no segment type 2"},
-        {"", {"create", manifest, none}, 2, "\"segments\" is not a list of at least one"},
-        {R"({"type": "pid", "file": "long"})", {"create", manifest, none}, 2, "long is too long"},
+        {listing(empty), {"create", manifest, package + "2"}, 0, "2: warning: segment 1 is empty"},
+        {listing(boot), {"create", manifest, "펌웨어.ADS"}, 2, "GB2312"},
+        {listing(boot), {"create", manifest, "/dev/null"}, 2, "not a regular file"},
+        {listing(boot), {"create", manifest, none + "/a"}, 2, "none.ADS/a: cannot be written"},
+        {listing(boot), {"create", manifest, folder.path("link")}, 2, "it is the manifest"},
+        {listing(boot), {"create", manifest, folder.path("gone")}, 2, "not a regular file"},
+        {listing(boot),
+         {"create", manifest, folder.path("./boot")},
+         2,
+         "it is one of the payloads"},
+        {listing(boot, "2147483648"), create, 2, "\"product_id\" is not an integer of 32 bits"},
+        {listing(boot, "44, \"id\": 1"), create, 2, "\"id\" is not known here"},
+        {listing(R"({"type": 3, "file": "no"})"), create, 2, "segment 1: "},
+        {listing(R"({"type": 3, "file": "no"})"), create, 2, "No such file"},
+        {listing(R"({"type": 3, "file": "boot", "type": 1})"), create, 2, "twice"},
+        {listing(R"({"type": 3, "file": "boot", "x": 1})"), create, 2, "\"x\" is not known here"},
+        {listing(R"({"type": 2, "file": "boot"})"), create, 2, "no segment type 2"},
+        {listing(""), create, 2, "\"segments\" is not a list of at least one"},
+        {listing(R"({"type": "pid", "file": "long"})"), create, 2, "long is too long"},
     };
+    folder.write(QStringLiteral("empty"), "");
+    QFile::link(folder.path(QStringLiteral("nowhere")), folder.path(QStringLiteral("gone")));
     folder.write(QStringLiteral("long"), QByteArray(81, 'x'));
     folder.write(QStringLiteral("boot"), "boot");
     QFile::link(manifest, folder.path(QStringLiteral("link")));
@@ -203,13 +246,11 @@ void test_package_tool::refusal_gives_no_reason_or_the_wrong_status()
     QVERIFY(QDir().mkdir(korean) && QFile::copy(package, korean + "/foreign.ADS"));
     directory = korean;
     for (const auto &row : rows) {
-        folder.write(QStringLiteral("bad.json"),
-                     R"({"product_id": 44, "segments": [)" + row.entry + "]}");
-        const QByteArray written = read(manifest);
-        QCOMPARE(run(row.arguments), row.status);
-        QVERIFY2(output.contains(row.text), output);
+        folder.write(QStringLiteral("bad.json"), row.manifest);
+        QVERIFY2(run(row.arguments) == row.status && output.contains(row.text), output);
         QVERIFY(!QFile::exists(none));
-        QCOMPARE(read(manifest), written);
+        QCOMPARE(QDir(korean).entryList(QDir::Files), QStringList("foreign.ADS"));
+        QCOMPARE(read(manifest), row.manifest);
         QCOMPARE(read(folder.path(QStringLiteral("boot"))), "boot");
     }
 }

@@ -3,7 +3,6 @@
 #include "tests/support/window_driver.h"
 
 #include <QApplication>
-#include <QSet>
 #include <QtTest/QTest>
 
 namespace {
@@ -38,12 +37,6 @@ QByteArrayList route_queries(int count)
     return texts;
 }
 
-/// Compares ports without their order.
-QSet<QString> set_of(const QStringList &ports)
-{
-    return {ports.begin(), ports.end()};
-}
-
 } // namespace
 
 class test_port_panel : public QObject
@@ -51,30 +44,19 @@ class test_port_panel : public QObject
     Q_OBJECT
 
 private slots:
-    void init();
+    void init() { simulator.reset(); }
     void panel_differs_from_its_product_data();
     void panel_differs_from_its_product();
-    void pick_disables_what_the_port_cannot_reach_data();
     void pick_disables_what_the_port_cannot_reach();
-    void odd_replies_light_nothing_data();
-    void odd_replies_light_nothing();
-    void odd_colors_keep_the_color_data();
-    void odd_colors_keep_the_color();
-    void lit_test_port_click_removes_its_route();
-    void taken_test_port_keeps_the_pick();
-    void refused_route_does_not_light_up();
-    void pick_survives_reset();
+    void odd_reply_lights_the_wrong_ports();
+    void click_ends_a_route_or_the_pick();
+    void pick_is_lost_or_in_another_color();
     void routes_of_another_product_do_not_show();
     void keyboard_routes_a_port();
 
 private:
     simulator_t simulator;
 };
-
-void test_port_panel::init()
-{
-    simulator.reset();
-}
 
 void test_port_panel::panel_differs_from_its_product_data()
 {
@@ -113,19 +95,24 @@ void test_port_panel::panel_differs_from_its_product()
     QCOMPARE(driver.panel(), QString("ui_%1port_control_widget_t").arg(product));
     QVERIFY(driver.status_text().startsWith(QString("TMX50%1,Serial:SN%1").arg(product)));
 
-    // Blocks of six run from left to right, 13 to 24 above 1 to 12.
+    // Blocks of six run from left to right, 13 to 24 above 1 to 12; VNA ports above, Reset on top.
     for (const QChar &letter : QStringLiteral("ABCD"))
         QCOMPARE(driver.button(letter) != nullptr, vna_ports.contains(letter));
     for (int number = 1; number <= 25; ++number)
         QCOMPARE(driver.button(QString::number(number)) != nullptr, number <= test_ports);
-    const auto place = [&driver](int number) {
-        return driver.button(QString::number(number))->mapTo(&driver.window, QPoint(0, 0));
+    const auto place = [&driver](const QString &text) {
+        return driver.button(text)->mapTo(&driver.window, QPoint(0, 0));
     };
-    for (int number = 2; number <= test_ports; ++number)
-        QVERIFY(number == 13 || place(number).x() > place(number - 1).x());
-    QVERIFY(test_ports < 24 || place(13).y() < place(1).y());
+    const QStringList labels = numbers(1, test_ports);
+    for (int index = 1; index < test_ports; ++index)
+        QVERIFY(index == 12 || place(labels[index]).x() > place(labels[index - 1]).x());
+    QVERIFY(test_ports < 24 || place("13").y() < place("1").y());
+    QVERIFY(place("Reset").y() < place("A").y() &&
+            place("A").y() < place(labels.value(12, "1")).y());
+    for (const char *const port : {"A", "1"})
+        QCOMPARE(driver.button(port)->size(), QSize(75, 30));
 
-    QVERIFY(driver.click("Reset"));
+    QVERIFY(driver.click("Reset") && !driver.button("Reset")->hasFocus());
     QByteArrayList unroutes;
     for (const QChar &letter : vna_ports)
         unroutes.append(QByteArray("ADD:ROUTe ") + letter.toLatin1() + '0');
@@ -144,162 +131,131 @@ void test_port_panel::panel_differs_from_its_product()
     QCOMPARE(driver.lit_ports(), QStringList({"B", "4"}));
 }
 
-void test_port_panel::pick_disables_what_the_port_cannot_reach_data()
-{
-    QTest::addColumn<QString>("product");
-    QTest::addColumn<QString>("picked");
-    QTest::addColumn<QStringList>("disabled");
-    const QStringList left = numbers(1, 6) + numbers(13, 18);
-    const QStringList right = numbers(7, 12) + numbers(19, 24);
-    QTest::newRow("44 A") << "44"
-                          << "A" << QStringList{"B", "C", "D"} + right;
-    QTest::newRow("44 D") << "44"
-                          << "D" << QStringList{"A", "B", "C"} + left;
-    QTest::newRow("42 B") << "42"
-                          << "B" << QStringList{"A", "C", "D"} + numbers(7, 12);
-    QTest::newRow("42 C") << "42"
-                          << "C" << QStringList{"A", "B", "D"} + numbers(1, 6);
-    QTest::newRow("24 A") << "24"
-                          << "A" << QStringList{"B"};
-    QTest::newRow("22 B") << "22"
-                          << "B" << QStringList{"A"};
-    QTest::newRow("21 A") << "21"
-                          << "A" << QStringList{"B"};
-}
-
 void test_port_panel::pick_disables_what_the_port_cannot_reach()
 {
-    QFETCH(QString, product);
-    QFETCH(QString, picked);
-    QFETCH(QStringList, disabled);
-    window_driver_t driver;
-    QVERIFY(driver.connect_usb(QStringLiteral("SN%1").arg(product)));
-    QVERIFY(driver.click("Reset"));
-    QCOMPARE(driver.disabled_ports(), QStringList());
-    simulator.take_texts();
-
-    QVERIFY(driver.click(picked));
-    QCOMPARE(set_of(driver.disabled_ports()), set_of(disabled));
-    QCOMPARE(driver.painted({white}).contains(picked), false);
-    QCOMPARE(simulator.take_texts(), QByteArrayList());
-
-    // A second click on the picked port changes nothing.
-    QVERIFY(driver.click(picked));
-    QCOMPARE(set_of(driver.disabled_ports()), set_of(disabled));
-}
-
-void test_port_panel::odd_replies_light_nothing_data()
-{
-    QTest::addColumn<QByteArray>("reply");
-    QTest::addColumn<QStringList>("lit");
-    const auto row = [](const char *name, const QByteArray &reply, const QStringList &lit) {
-        QTest::newRow(name) << reply << lit;
+    const QStringList left = numbers(13, 18) + numbers(1, 6);
+    const QStringList right = numbers(19, 24) + numbers(7, 12);
+    const struct
+    {
+        const char *product;
+        QString picked;
+        QStringList disabled;
+    } rows[] = {
+        {"SN44", "A", QStringList{"B", "C", "D"} + right},
+        {"SN44", "D", QStringList{"A", "B", "C"} + left},
+        {"SN42", "B", QStringList{"A", "C", "D"} + numbers(7, 12)},
+        {"SN42", "C", QStringList{"A", "B", "D"} + numbers(1, 6)},
+        {"SN24", "A", {"B"}},
+        {"SN22", "B", {"A"}},
+        {"SN21", "A", {"B"}},
     };
-    row("a port that no panel has", "25,0,0,0\n", {});
-    row("no label at all", "\n", {});
-    row("one field", "3\n", {"A", "3"});
-    row("more fields than ports", "0,2,0,0,5,6\n", {"B", "2"});
-    row("blank before the label", " 3,0,0,0\n", {});
-    row("no terminator: the last digit is cut", "0,0,0,12", {"D", "1"});
-    row("embedded NUL", QByteArray("2,0\0,4,0\n", 9), {"A", "2"});
-    row("not UTF-8", "\xff\xfe,0,0,0\n", {});
-    row("300 bytes and more", QByteArray(5000, '7') + '\n', {});
-    row("one port twice", "4,4,0,0\n", {"A", "B", "4"});
+    for (const auto &row : rows) {
+        window_driver_t driver;
+        QVERIFY(driver.connect_usb(row.product) && driver.click("Reset"));
+        QCOMPARE(driver.disabled_ports(), QStringList());
+        simulator.take_texts();
+        // A second click on the picked port changes nothing.
+        for (int click = 0; click < 2; ++click) {
+            QVERIFY(driver.click(row.picked));
+            QCOMPARE(driver.disabled_ports(), row.disabled);
+            QCOMPARE(driver.painted({white}).contains(row.picked), false);
+            QCOMPARE(simulator.take_texts(), QByteArrayList());
+        }
+    }
 }
 
-void test_port_panel::odd_replies_light_nothing()
+void test_port_panel::odd_reply_lights_the_wrong_ports()
 {
-    QFETCH(QByteArray, reply);
-    QFETCH(QStringList, lit);
-    window_driver_t driver;
-    simulator.script_reply("ROUTes?", reply);
-    QVERIFY(driver.connect_usb("SN44"));
-    QCOMPARE(driver.lit_ports(), lit);
-}
-
-void test_port_panel::odd_colors_keep_the_color_data()
-{
-    QTest::addColumn<QString>("product");
-    QTest::addColumn<QByteArray>("reply");
-    QTest::addColumn<QColor>("shown");
-    const auto row = [](const char *name, const char *product, const char *reply,
-                        const QColor &shown) {
-        QTest::newRow(name) << product << QByteArray(reply) << shown;
+    const QVector<QColor> any{blue, deepskyblue, greenyellow, magenta};
+    const QByteArray b5 = "0,5,0,0\n";
+    const struct
+    {
+        const char *product;
+        QByteArray routes;
+        QByteArray color_of_b;
+        QVector<QColor> colors;
+        QStringList lit;
+    } rows[] = {
+        {"SN44", "25,0,0,0\n", "BLUE\n", any, {}},
+        {"SN44", "\n", "BLUE\n", any, {}},
+        {"SN44", "3\n", "BLUE\n", any, {"A", "3"}},
+        {"SN44", "0,2,0,0,5,6\n", "BLUE\n", any, {"B", "2"}},
+        {"SN44", " 3,0,0,0\n", "BLUE\n", any, {}},
+        // Without a terminator the last digit is cut.
+        {"SN44", "0,0,0,12", "BLUE\n", any, {"D", "1"}},
+        {"SN44", QByteArray("2,0\0,4,0\n", 9), "BLUE\n", any, {"A", "2"}},
+        {"SN44", "\xff\xfe,0,0,0\n", "BLUE\n", any, {}},
+        {"SN44", QByteArray(5000, '7') + '\n', "BLUE\n", any, {}},
+        {"SN44", "4,4,0,0\n", "BLUE\n", {blue}, {"B", "4"}},
+        {"SN44", b5, "RED\n", {magenta}, {"B", "5"}},
+        {"SN44", b5, "GREEN\n", {greenyellow}, {"B", "5"}},
+        // What is no colour leaves the product's own.
+        {"SN44", b5, "Red\n", {greenyellow}, {"B", "5"}},
+        {"SN22", b5, "RED \n", {greenyellow}, {"B", "5"}},
+        {"SN24", b5, "\n", {magenta}, {"B", "5"}},
     };
-    row("RED is shown as magenta", "44", "RED\n", magenta);
-    row("GREEN is shown as greenyellow", "44", "GREEN\n", greenyellow);
-    row("other case keeps the product's own", "44", "Red\n", greenyellow);
-    row("extra characters", "22", "RED \n", greenyellow);
-    row("empty, on the product with its own colours", "24", "\n", magenta);
+    for (const auto &row : rows) {
+        simulator.reset();
+        simulator.script_reply("ROUTes?", row.routes);
+        simulator.script_reply("GET:COLOR? B", row.color_of_b);
+        window_driver_t driver;
+        QVERIFY(driver.connect_usb(row.product));
+        QVERIFY2(driver.painted(row.colors) == row.lit, row.routes + row.color_of_b);
+    }
 }
 
-void test_port_panel::odd_colors_keep_the_color()
-{
-    QFETCH(QString, product);
-    QFETCH(QByteArray, reply);
-    QFETCH(QColor, shown);
-    window_driver_t driver;
-    simulator.script_reply("GET:COLOR? B", reply);
-    simulator.script_reply("ROUTes?", "0,5,0,0\n");
-    QVERIFY(driver.connect_usb("SN" + product));
-    QCOMPARE(driver.painted({shown}), QStringList({"B", "5"}));
-}
-
-void test_port_panel::lit_test_port_click_removes_its_route()
+void test_port_panel::click_ends_a_route_or_the_pick()
 {
     window_driver_t driver;
     QVERIFY(driver.connect_usb("SN44"));
-    const QStringList lit = driver.lit_ports();
-    QVERIFY(lit.contains("14"));
-    simulator.take_texts();
-
-    QVERIFY(driver.click("14"));
-    QCOMPARE(simulator.take_texts(), QByteArrayList{"ADD:ROUTe B0"} + route_queries(4));
-    QVERIFY(!driver.lit_ports().contains("14"));
-    QVERIFY(driver.click("14"));
-    QCOMPARE(simulator.take_texts(), QByteArrayList());
-}
-
-void test_port_panel::taken_test_port_keeps_the_pick()
-{
-    window_driver_t driver;
-    QVERIFY(driver.connect_usb("SN44"));
+    // A port that is taken keeps the pick.
     QVERIFY(driver.click("A"));
     const QStringList disabled = driver.disabled_ports();
     simulator.take_texts();
-
     QVERIFY(driver.click("14"));
     QCOMPARE(simulator.take_texts(), QByteArrayList());
     QCOMPARE(driver.disabled_ports(), disabled);
     QVERIFY(driver.click("13"));
     QCOMPARE(simulator.take_texts().first(), QByteArray("ADD:ROUTe A13"));
-}
-
-void test_port_panel::refused_route_does_not_light_up()
-{
-    window_driver_t driver;
-    QVERIFY(driver.connect_usb("SN44"));
-    QVERIFY(driver.click("Reset"));
+    // Without a pick it loses its route.
+    QVERIFY(driver.lit_ports().contains("14") && driver.click("14"));
+    QCOMPARE(simulator.take_texts(), QByteArrayList{"ADD:ROUTe B0"} + route_queries(4));
+    QVERIFY(!driver.lit_ports().contains("14") && driver.click("14"));
+    QCOMPARE(simulator.take_texts(), QByteArrayList());
+    // A route that is refused does not light up, and ends the pick.
+    QVERIFY(driver.click("Reset") && driver.click("A"));
     simulator.fail_call(CORVANE_SIM_WRITE);
-
-    QVERIFY(driver.click("A") && driver.click("3"));
-    QCOMPARE(driver.lit_ports(), QStringList());
-    QCOMPARE(driver.disabled_ports(), QStringList());
+    QVERIFY(driver.click("3"));
+    QCOMPARE(driver.lit_ports() + driver.disabled_ports(), QStringList());
+    simulator.take_texts();
+    QVERIFY(driver.click("3"));
+    QCOMPARE(simulator.take_texts(), QByteArrayList());
 }
 
-void test_port_panel::pick_survives_reset()
+/// Over a refresh that learns nothing, too, and over a new connection.
+void test_port_panel::pick_is_lost_or_in_another_color()
 {
+    simulator.script_reply("GET:COLOR? A", "GREEN\n");
     window_driver_t driver;
-    QVERIFY(driver.connect_usb("SN44"));
-    QVERIFY(driver.click("A"));
+    QVERIFY(driver.connect_usb("SN44") && driver.click("A"));
+    QCOMPARE(driver.painted({greenyellow}), QStringList("A"));
+    simulator.fail_call(CORVANE_SIM_READ);
     QVERIFY(driver.click("Reset"));
-    QCOMPARE(driver.lit_ports(), QStringList());
-    QCOMPARE(driver.disabled_ports(), QStringList());
+    QCOMPARE(driver.lit_ports() + driver.disabled_ports(), QStringList());
     simulator.take_texts();
-
     QVERIFY(driver.click("6"));
     QCOMPARE(simulator.take_texts().first(), QByteArray("ADD:ROUTe A6"));
-    QCOMPARE(driver.painted({deepskyblue}), QStringList({"A", "6"}));
+    QCOMPARE(driver.painted({greenyellow}), QStringList({"A", "6"}));
+    simulator.fail_call(CORVANE_SIM_READ);
+    QVERIFY(driver.click("B") && driver.click("14"));
+    QCOMPARE(driver.lit_ports(), QStringList({"B", "14"}));
+
+    QVERIFY(driver.click("C"));
+    const QStringList disabled = driver.disabled_ports();
+    QVERIFY(driver.connect_usb("SN44"));
+    QCOMPARE(driver.disabled_ports(), disabled);
+    QVERIFY(driver.click("19"));
+    QVERIFY(simulator.take_texts().contains("ADD:ROUTe C19"));
 }
 
 void test_port_panel::routes_of_another_product_do_not_show()

@@ -60,6 +60,12 @@ void test_widget_kit::state_change_keeps_the_old_look()
     button.setStyleSheet(QStringLiteral("ui_tool_button_t[link=\"up\"] { min-width: 321px }"));
     button.set_state(QStringLiteral("link"), QStringLiteral("up"));
     QVERIFY(button.minimumWidth() >= 321);
+    QPixmap picture(48, 48);
+    picture.fill(Qt::red);
+    button.set_icons({{QStringLiteral("up"), QIcon(picture)}}, QSize(16, 16));
+    QCOMPARE(button.iconSize(), QSize(16, 16));
+    button.set_state(QStringLiteral("link"), QStringLiteral("up"));
+    QCOMPARE(button.iconSize(), QSize(24, 24));
 }
 
 void test_widget_kit::wheel_changes_a_closed_list_or_what_is_around_it()

@@ -4,6 +4,7 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QtTest/QTest>
 
 box_watcher_t::box_watcher_t(QObject *parent) : QObject(parent)
@@ -31,8 +32,11 @@ void box_watcher_t::close_box()
         return;
     left_text.clear();
     QStringList buttons;
-    for (const QAbstractButton *const button : box->buttons())
-        buttons.append(button->text().remove(QLatin1Char('&')));
+    QAbstractButton *const by_default = box->defaultButton();
+    for (const QAbstractButton *const button : box->buttons()) {
+        const bool odd = button == by_default && box->standardButton(by_default) != QMessageBox::Ok;
+        buttons.append(button->text().remove(QLatin1Char('&')) + (odd ? " by default" : ""));
+    }
     boxes.append(QStringLiteral("%1: %2 [%3]")
                      .arg(box->windowTitle(), box->text(), buttons.join(QLatin1String(", "))));
     QTest::mouseClick(box->button(QMessageBox::Ok), Qt::LeftButton);

@@ -11,7 +11,8 @@ class box_watcher_t : public QObject
 public:
     explicit box_watcher_t(QObject *parent = nullptr);
 
-    /// "title: text [button, ...]" of every box since the last call, oldest first.
+    /// "title: text [button, ...]" of every box since the last call, oldest first; a default button
+    /// that is not Ok says so.
     QStringList take_boxes();
     /// Leaves the box with this text open until another one has appeared on top of it.
     void leave_until_another(const QString &text);
