@@ -12,7 +12,7 @@ const std::uint8_t *bytes(const QByteArray &text)
 }
 
 /// Crypts with a length that has to be rounded up to the size of `text`; deciphers in place.
-QByteArray crypted(QByteArray text, const QByteArray &key, bool decipher)
+QByteArray crypted(const QByteArray &text, const QByteArray &key, bool decipher)
 {
     QByteArray result = decipher ? text : QByteArray(text.size(), 'x');
     auto *const place = reinterpret_cast<std::uint8_t *>(result.data());
