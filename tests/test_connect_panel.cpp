@@ -34,6 +34,7 @@ void test_connect_panel::start_or_a_busy_instrument_looks_connected()
 {
     window_driver_t driver;
     QCOMPARE(driver.button("Apply"), nullptr);
+    QVERIFY(driver.button("USB")->isChecked());
     QCOMPARE(simulator.take_texts(), QByteArrayList());
     simulator.fail_call(CORVANE_SIM_OPEN);
     QVERIFY(driver.click("Rescan"));
@@ -74,6 +75,11 @@ void test_connect_panel::rescan_of_an_empty_bus_says_nothing()
     QCOMPARE(driver.take_boxes(), QStringList("Information: Target device no find! [OK, Close]"));
     QCOMPARE(driver.devices(), QStringList());
     QCOMPARE(driver.link_text(), "(USB)");
+
+    simulator.load_fleet(R"({"instruments": [{"product": 21, "serial": "N1",
+                             "resources": ["USB0::0xA17E::0x2000::N1::INSTR"]}]})");
+    QVERIFY(driver.click("Rescan"));
+    QCOMPARE(driver.panel(), "ui_21port_control_widget_t");
 }
 
 void test_connect_panel::failed_open_passes_for_the_connection()
@@ -146,6 +152,7 @@ void test_connect_panel::broken_identity_shows_a_panel()
 {
     const char *const rows[][3] = {
         {"SHOW:PRODect:ID?", "x44\n", "TMX5044,Serial:SN44001,Version:1.0.0"},
+        {"SHOW:PRODect:ID?", "0x2c\n", "TMX5044,Serial:SN44001,Version:1.0.0"},
         {"SHOW:PRODect:ID?", "23\n", "TMX5044,Serial:SN44001,Version:1.0.0"},
         {"SHOW:PRODect:ID?", "9999999999\n", "TMX5044,Serial:SN44001,Version:1.0.0"},
         {"SHOW:MNAMe?", "", ",Serial:,Version:"},
