@@ -103,8 +103,9 @@ void test_address_editor::key_is_lost_or_lands_in_the_wrong_octet()
 
 void test_address_editor::clipboard_means_one_octet_or_a_cut_text()
 {
-    const QStringList pasted{" \t192.168.1.10\r\n", " 77\n", "256", "192.168.1.256"};
-    const QStringList results{"192.168.1.10", "10.77.30.40", "10.20.30.40", "10.20.30.40"};
+    const QStringList pasted{" \t192.168.1.10\r\n", " 77\n", "123", "256", "192.168.1.256"};
+    const QStringList results{"192.168.1.10", "10.77.30.40", "10.123.30.40", "10.20.30.40",
+                              "10.20.30.40"};
     for (int row = 0; row < pasted.size(); ++row) {
         QIPLineEdit field;
         field.setText(QStringLiteral("10.20.30.40"));
