@@ -70,6 +70,7 @@ private slots:
     void mixed_package_is_lost_on_the_way();
     void failed_upgrade_goes_on_or_leaves_out_the_reboot_data();
     void failed_upgrade_goes_on_or_leaves_out_the_reboot();
+    void program_that_ends_waits_for_readiness();
 
 private:
     /// Sends a segment as the thread does, up to its end or a failure, and answers its progress.
@@ -238,6 +239,20 @@ void test_upgrade_engine::failed_upgrade_goes_on_or_leaves_out_the_reboot()
     QCOMPARE(run_upgrade(folder.write_package(package)), "3:5 3 3 " + last + " reboot");
     QCOMPARE(simulator.take_texts(), (QByteArrayList{"SYSTem:DEVice:PRODUCTUG TMX", reboot_text}));
     QVERIFY(drv_device_t::instance()->link_write("*CLS", 4));
+}
+
+void test_upgrade_engine::program_that_ends_waits_for_readiness()
+{
+    simulator.script_reply(ready, "0\n");
+    set_upgrade_file_name(folder.write_package(make_package(44, {{3, "boot"}})));
+    upgrade_thread_t thread;
+    recorded_pauses_t::instance().on_pause([](unsigned long pause) {
+        if (pause == 10)
+            QThread::currentThread()->requestInterruption();
+    });
+    thread.start();
+    QVERIFY(thread.wait(30'000));
+    QCOMPARE(simulator.take_texts(), (QByteArrayList{"BOOTUG 4", reboot_text}));
 }
 
 QTEST_GUILESS_MAIN(test_upgrade_engine)
