@@ -30,6 +30,8 @@ instrument_traffic_t::instrument_traffic_t()
     if (scope.depth++ > 0)
         return;
     QGuiApplication::setOverrideCursor(QCursor(Qt::WaitCursor));
+    if (scope.filter == nullptr)
+        scope.filter = new late_input_filter_t(QCoreApplication::instance());
     scope.duration.start();
 }
 
@@ -40,7 +42,5 @@ instrument_traffic_t::~instrument_traffic_t()
     QGuiApplication::restoreOverrideCursor();
     if (scope.duration.elapsed() < shortest_exchange_ms)
         return;
-    if (scope.filter == nullptr)
-        scope.filter = new late_input_filter_t(QCoreApplication::instance());
     scope.filter->discard_pending();
 }
