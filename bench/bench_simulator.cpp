@@ -5,7 +5,7 @@
 #include "bench/figures.h"
 #include "sim/instrument/sim_instrument.h"
 #include "sim/visa/sim_control.h"
-#include "sim/visa/visa_exports.h"
+#include "visa/entry_points.h"
 
 #include <array>
 #include <chrono>

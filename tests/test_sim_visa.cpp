@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "sim/visa/sim_control.h"
-#include "sim/visa/visa_exports.h"
+#include "visa/entry_points.h"
 
 #include <QtTest/QTest>
 

@@ -1,27 +1,18 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "visa/find_list.h"
 #include "visa/object_attributes.h"
 #include "visa/visa_types.h"
 
-#include <cstddef>
 #include <iterator>
 #include <memory>
 #include <optional>
-#include <string>
 #include <unordered_map>
 #include <utility>
 #include <vector>
 
 namespace visa {
-
-/// The names that a search has found, and how far they have been handed out.
-struct find_list_t
-{
-    ViSession manager = null_object;
-    std::vector<std::string> names;
-    std::size_t next = 0;
-};
 
 /// The objects that a program has open: resource managers, sessions with instruments, find lists.
 /// Not synchronised. A session_t has `attributes`, of the type object_attributes_t.

@@ -136,16 +136,38 @@ bus_outcome_t bus_session_t::trigger(bus_time_t wait_for_lock)
 
 bus_lock_t bus_session_t::lock_exclusive(bus_time_t deadline)
 {
-    return lock({}, deadline, [](place_lock_t &lock, const bus_session_t &who, const auto &) {
-        return lock.take_exclusive(&who);
-    });
+    return lock({}, deadline,
+                [](::visa::resource_lock_t &lock, const bus_session_t &who, const auto &) {
+                    return lock.take_exclusive(&who);
+                });
 }
 
 bus_lock_t bus_session_t::lock_shared(const std::string &key, bus_time_t deadline)
 {
-    return lock(key, deadline, [](place_lock_t &lock, const bus_session_t &who, const auto &its) {
-        return lock.take_shared(&who, its);
-    });
+    return lock(key, deadline,
+                [](::visa::resource_lock_t &lock, const bus_session_t &who, const auto &its) {
+                    return lock.take_shared(&who, its);
+                });
+}
+
+bus_lock_t bus_session_t::after(ViStatus verdict, const ::visa::resource_lock_t &its_lock) const
+{
+    bus_lock_t outcome;
+    outcome.held = its_lock.held_by(this);
+    switch (verdict) {
+    case ::visa::error_resource_locked:
+        outcome.result = bus_result_t::locked;
+        break;
+    case ::visa::error_invalid_access_key:
+        outcome.result = bus_result_t::wrong_key;
+        break;
+    case ::visa::error_session_not_locked:
+        outcome.result = bus_result_t::not_locked;
+        break;
+    default:
+        break;
+    }
+    return outcome;
 }
 
 bus_lock_t bus_session_t::lock(const std::string &key, bus_time_t deadline, attempt_t attempt)
@@ -157,10 +179,9 @@ bus_lock_t bus_session_t::lock(const std::string &key, bus_time_t deadline, atte
         outcome.result = connection_state();
         if (!outcome.ok())
             break;
-        place_lock_t &its_lock = bus.state.place(where).lock;
+        ::visa::resource_lock_t &its_lock = bus.state.place(where).lock;
         if (const auto verdict = attempt(its_lock, *this, key)) {
-            outcome = its_lock.held_by(this);
-            outcome.result = *verdict;
+            outcome = after(*verdict, its_lock);
             break;
         }
         if (bus_clock_t::now() < deadline)
@@ -181,18 +202,16 @@ bus_lock_t bus_session_t::unlock()
     outcome.result = connection_state();
     if (!outcome.ok())
         return outcome;
-    place_lock_t &its_lock = bus.state.place(where).lock;
-    const bus_result_t result = its_lock.give_back(this);
-    outcome = its_lock.held_by(this);
-    outcome.result = result;
+    ::visa::resource_lock_t &its_lock = bus.state.place(where).lock;
+    outcome = after(its_lock.give_back(this), its_lock);
     bus.state.wake(where);
     return outcome;
 }
 
-lock_kind_t bus_session_t::lock_state() const
+ViAccessMode bus_session_t::lock_state() const
 {
     const guard_t guard(bus.mutex);
-    return is_closed ? lock_kind_t::none : bus.state.place(where).lock.kind();
+    return is_closed ? ::visa::access_no_lock : bus.state.place(where).lock.state();
 }
 
 bool bus_session_t::is_connected() const

@@ -16,7 +16,6 @@
 namespace sim {
 
 class bus_t;
-class place_lock_t;
 
 /// One client's connection to one place on the bus: a VISA session, a VXI-11 link, a raw socket, a
 /// serial line. bus_t::open() makes it.
@@ -74,7 +73,7 @@ public:
     bus_lock_t unlock();
 
     /// The lock on the place, whoever has it.
-    lock_kind_t lock_state() const;
+    ViAccessMode lock_state() const;
 
     /// False once the connection is lost or closed.
     bool is_connected() const;
@@ -89,8 +88,8 @@ private:
     friend class bus_state_t;
 
     using guard_t = std::unique_lock<std::mutex>;
-    using attempt_t = std::optional<bus_result_t> (*)(place_lock_t &lock, const bus_session_t &who,
-                                                      const std::string &key);
+    using attempt_t = std::optional<ViStatus> (*)(::visa::resource_lock_t &lock,
+                                                  const bus_session_t &who, const std::string &key);
 
     // All of these with the bus's mutex held; those that take the guard may release it to wait.
 
@@ -98,6 +97,7 @@ private:
                         std::vector<fault_t> &reply_faults);
     bus_outcome_t suffer(guard_t &guard, operation_t operation, std::vector<fault_t> &reply_faults);
     bus_lock_t lock(const std::string &key, bus_time_t deadline, attempt_t attempt);
+    bus_lock_t after(ViStatus verdict, const ::visa::resource_lock_t &its_lock) const;
     void deliver(const std::string &message, const std::vector<fault_t> &reply_faults);
     void begin_read(const std::vector<fault_t> &reply_faults);
     bus_result_t wait_for_reply(guard_t &guard, bus_time_t deadline);

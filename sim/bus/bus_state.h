@@ -5,10 +5,10 @@
 #include "sim/bus/fault_plan.h"
 #include "sim/bus/fleet.h"
 #include "sim/bus/message_exchange.h"
-#include "sim/bus/place_lock.h"
 #include "sim/bus/scripted_replies.h"
 #include "sim/bus/traffic_log.h"
 #include "sim/instrument/sim_instrument.h"
+#include "visa/resource_lock.h"
 #include "visa/resource_name.h"
 
 #include <cstddef>
@@ -21,6 +21,8 @@
 
 namespace sim {
 
+class bus_session_t;
+
 /// One place where an instrument is found: a USB socket or a LAN address.
 struct bus_place_t
 {
@@ -29,7 +31,7 @@ struct bus_place_t
     std::size_t instrument = 0;
     bool plugged = true;
     std::uint64_t connection = 0; ///< grows with every loss, so that older sessions are dead
-    place_lock_t lock;
+    ::visa::resource_lock_t lock;
 };
 
 /// Everything on the bus: the instruments with their places, cables, reboots and locks, what is to

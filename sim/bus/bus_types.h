@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "visa/resource_lock.h"
+
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
-#include <string>
 
 /// What every transport shares when it speaks with an instrument; free of any transport's own
 /// terms.
@@ -51,14 +52,10 @@ struct bus_read_t : bus_outcome_t
     bool term_char_seen = false; ///< the last of them is the termination character
 };
 
-enum class lock_kind_t : std::uint8_t { none, exclusive, shared };
-
 /// What a lock or unlock has come to.
 struct bus_lock_t : bus_outcome_t
 {
-    unsigned exclusive_count = 0; ///< how often the session still holds it
-    unsigned shared_count = 0;
-    std::string key{}; ///< of the shared lock
+    ::visa::held_locks_t held{}; ///< what the session has now
 };
 
 } // namespace sim

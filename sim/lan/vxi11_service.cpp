@@ -180,7 +180,7 @@ read_result_t vxi11_service_t::read(const read_args_t &args)
 {
     read_result_t result;
     const auto check_lock = [](client_link_t &link) {
-        const bool barred = !link.has_lock && link.session->lock_state() != lock_kind_t::none;
+        const bool barred = !link.has_lock && link.session->lock_state() != ::visa::access_no_lock;
         return bus_outcome_t{barred ? bus_result_t::locked : bus_result_t::ok};
     };
     error_code_t error = operate(args.link, args.flags, args.lock_timeout, check_lock);

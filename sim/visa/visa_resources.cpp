@@ -1,30 +1,23 @@
 // SPDX-License-Identifier: MIT
-#include "sim/visa/visa_resources.h"
-
 #include "sim/visa/visa_call.h"
+#include "visa/common_answers.h"
+#include "visa/operations.h"
 #include "visa/resource_name.h"
 #include "visa/resource_search.h"
 
-#include <cstring>
 #include <string>
 #include <string_view>
 #include <utility>
 
-namespace sim::visa {
+namespace visa::operations {
+
+using namespace sim;
+using namespace sim::visa;
 
 namespace {
 
 constexpr const char *library_maker = "Corvane simulated instruments";
 constexpr ViUInt32 library_version = 0x00200000; // 2.0.0
-
-// At most so long that a find buffer takes it.
-void store_text(char *target, const std::string &text)
-{
-    if (target == nullptr)
-        return;
-    const std::string fitting = text.substr(0, find_buffer_bytes - 1);
-    std::memcpy(target, fitting.c_str(), fitting.size() + 1);
-}
 
 object_attributes_t library_attributes()
 {
@@ -110,17 +103,15 @@ ViStatus find_resources(ViSession manager, const char *expression, ViFindList *l
     if (name == nullptr)
         return error_user_buffer;
 
-    find_list_t found{manager, names_on(*call.world.bus.access(), *search), 1};
+    find_list_t found{manager, names_on(*call.world.bus.access(), *search)};
     if (count != nullptr)
         *count = static_cast<ViUInt32>(found.names.size());
     if (list != nullptr)
         *list = null_object;
-    if (found.names.empty())
-        return error_resource_not_found;
-    store_text(name, found.names.front());
-    if (list != nullptr)
+    const ViStatus status = found.hand_out(name);
+    if (status == success && list != nullptr)
         *list = call.world.objects.add_find_list(std::move(found));
-    return success;
+    return status;
 }
 
 ViStatus find_next(ViFindList list, char *name)
@@ -131,12 +122,7 @@ ViStatus find_next(ViFindList list, char *name)
     find_list_t *const found = call.world.objects.find_list(list);
     if (found == nullptr)
         return error_invalid_object;
-    if (name == nullptr)
-        return error_user_buffer;
-    if (found->next >= found->names.size())
-        return error_resource_not_found;
-    store_text(name, found->names[found->next++]);
-    return success;
+    return found->hand_out(name);
 }
 
 ViStatus parse_resource(ViSession manager, const char *name, ViUInt16 *interface_type,
@@ -148,17 +134,8 @@ ViStatus parse_resource(ViSession manager, const char *name, ViUInt16 *interface
         return *verdict;
     if (call.world.objects.manager(manager) == nullptr)
         return error_invalid_object;
-    const auto read = read_resource_name(name == nullptr ? "" : name);
-    if (!read)
-        return error_invalid_resource_name;
-    if (interface_type == nullptr || interface_number == nullptr)
-        return error_user_buffer;
-    *interface_type = read->interface_type;
-    *interface_number = read->board;
-    store_text(resource_class, read->resource_class);
-    store_text(full_name, read->canonical);
-    store_text(alias, "");
-    return success;
+    return describe_resource(name, interface_type, interface_number, resource_class, full_name,
+                             alias);
 }
 
 ViStatus open_session(ViSession manager, const char *name, ViAccessMode mode, ViUInt32 timeout_ms,
@@ -219,19 +196,6 @@ object_attributes_t *attributes_of(visa_call_t &call, ViObject object)
     return call.world.objects.manager(object);
 }
 
-ViAccessMode access_mode_of(lock_kind_t kind)
-{
-    switch (kind) {
-    case lock_kind_t::exclusive:
-        return access_exclusive_lock;
-    case lock_kind_t::shared:
-        return access_shared_lock;
-    case lock_kind_t::none:
-        break;
-    }
-    return access_no_lock;
-}
-
 } // namespace
 
 ViStatus set_object_attribute(ViObject object, ViAttr attribute, ViAttrState value)
@@ -255,8 +219,8 @@ ViStatus get_object_attribute(ViObject object, ViAttr attribute, void *value)
     if (attributes == nullptr)
         return error_invalid_object;
     if (call.session && attribute == attribute_lock_state)
-        attributes->lock_state = access_mode_of(call.session->port->lock_state());
+        attributes->lock_state = call.session->port->lock_state();
     return get_attribute(*attributes, attribute, value);
 }
 
-} // namespace sim::visa
+} // namespace visa::operations

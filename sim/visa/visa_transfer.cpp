@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
-#include "sim/visa/visa_transfer.h"
-
 #include "sim/visa/visa_call.h"
+#include "visa/operations.h"
 
 #include <optional>
 #include <string_view>
 
-namespace sim::visa {
+namespace visa::operations {
+
+using namespace sim;
+using namespace sim::visa;
 
 ViStatus write_bytes(ViSession handle, const ViUInt8 *bytes, ViUInt32 count, ViUInt32 *written)
 {
@@ -86,4 +88,4 @@ ViStatus assert_trigger(ViSession handle, ViUInt16 protocol)
     return status_of(call.session->port->trigger());
 }
 
-} // namespace sim::visa
+} // namespace visa::operations

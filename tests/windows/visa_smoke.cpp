@@ -2,7 +2,7 @@
 // Loads visa32.dll as a Windows program does, and prints the name of each instrument that it finds
 // with the instrument's reply to "*IDN?". scripts/build-windows compares that.
 
-#include "sim/visa/visa_exports.h"
+#include "visa/entry_points.h"
 
 #include <iostream>
 #include <stdexcept>

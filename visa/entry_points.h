@@ -3,21 +3,21 @@
 
 #include "visa/visa_types.h"
 
-/// The VISA entry points of the library, with the signatures of VPP-4.3.2. Results are
+/// The VISA entry points of a library of ours, with the signatures of VPP-4.3.2. Results are
 /// VISA status codes; a null pointer where a result or text is needed gives
 /// VI_ERROR_USER_BUF, a null text VI_ERROR_INV_EXPR or VI_ERROR_INV_RSRC_NAME. Where the standard
 /// has it so, pointers may be null: the counts of viFindRsrc, viWrite and viRead, the find list,
 /// the texts of viParseRsrcEx, the keys of viLock, the results of viWaitOnEvent.
 
-#if defined(_WIN32) && defined(CORVANE_SIM_BUILD)
-#define CORVANE_SIM_VISA_API extern "C" __declspec(dllexport)
+#if defined(_WIN32) && defined(CORVANE_VISA_BUILD)
+#define CORVANE_VISA_API extern "C" __declspec(dllexport)
 #elif defined(_WIN32)
-#define CORVANE_SIM_VISA_API extern "C" __declspec(dllimport)
+#define CORVANE_VISA_API extern "C" __declspec(dllimport)
 #else
-#define CORVANE_SIM_VISA_API extern "C" __attribute__((visibility("default")))
+#define CORVANE_VISA_API extern "C" __attribute__((visibility("default")))
 #endif
 
-#define CORVANE_ENTRY CORVANE_SIM_VISA_API ViStatus CORVANE_VISA_CALL
+#define CORVANE_ENTRY CORVANE_VISA_API ViStatus CORVANE_VISA_CALL
 
 CORVANE_ENTRY viOpenDefaultRM(ViSession *vi);
 CORVANE_ENTRY viSetAttribute(ViObject vi, ViAttr attrName, ViAttrState attrValue);
@@ -31,7 +31,6 @@ CORVANE_ENTRY viParseRsrc(ViSession rmSesn, const char *rsrcName, ViUInt16 *intf
 CORVANE_ENTRY viParseRsrcEx(ViSession rmSesn, const char *rsrcName, ViUInt16 *intfType,
                             ViUInt16 *intfNum, char *rsrcClass, char *expandedUnaliasedName,
                             char *aliasIfExists);
-/// An instrument that is not there is reported at once, whatever the open time-out is.
 CORVANE_ENTRY viOpen(ViSession sesn, const char *rsrcName, ViAccessMode accessMode,
                      ViUInt32 openTimeout, ViSession *vi);
 CORVANE_ENTRY viClear(ViSession vi);
