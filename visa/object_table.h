@@ -3,6 +3,7 @@
 
 #include "visa/find_list.h"
 #include "visa/object_attributes.h"
+#include "visa/resource_search.h"
 #include "visa/visa_types.h"
 
 #include <iterator>
@@ -31,7 +32,6 @@ public:
     {
         return add(sessions, std::move(session));
     }
-    ViFindList add_find_list(find_list_t list) { return add(find_lists, std::move(list)); }
 
     /// Each returns null when the number stands for something else or nothing.
     std::shared_ptr<session_t> session(ViObject object) const
@@ -40,7 +40,34 @@ public:
         return found == sessions.end() ? nullptr : found->second;
     }
     object_attributes_t *manager(ViObject object) { return value_in(managers, object); }
-    find_list_t *find_list(ViObject object) { return value_in(find_lists, object); }
+
+    /// Answer viFindRsrc and viFindNext. `names_of` says what a resource_search_t finds now.
+    template <typename names_of_t>
+    ViStatus find(ViSession manager_number, const char *expression, ViFindList *list,
+                  ViUInt32 *count, char *name, names_of_t names_of)
+    {
+        if (manager(manager_number) == nullptr)
+            return error_invalid_object;
+        const auto search = resource_search_t::read(expression == nullptr ? "" : expression);
+        if (!search)
+            return error_invalid_expression;
+        if (name == nullptr)
+            return error_user_buffer;
+        find_list_t found{manager_number, names_of(*search)};
+        if (count != nullptr)
+            *count = static_cast<ViUInt32>(found.names.size());
+        if (list != nullptr)
+            *list = null_object;
+        const ViStatus status = found.hand_out(name);
+        if (status == success && list != nullptr)
+            *list = add_find_list(std::move(found));
+        return status;
+    }
+    ViStatus find_next(ViFindList list, char *name)
+    {
+        find_list_t *const found = find_list(list);
+        return found == nullptr ? error_invalid_object : found->hand_out(name);
+    }
 
     bool is_known(ViObject object) const
     {
@@ -75,6 +102,9 @@ public:
     }
 
 private:
+    ViFindList add_find_list(find_list_t list) { return add(find_lists, std::move(list)); }
+    find_list_t *find_list(ViObject object) { return value_in(find_lists, object); }
+
     sessions_t close_all_of(ViSession manager)
     {
         sessions_t closed;

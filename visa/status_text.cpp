@@ -14,7 +14,7 @@ struct row_t
     std::string_view text;
 };
 
-constexpr std::array<row_t, 38> rows{{
+constexpr std::array<row_t, 40> rows{{
     {success, "Operation completed successfully."},
     {success_event_enabled, "The event is already enabled for at least one of the mechanisms."},
     {success_event_disabled, "The event is already disabled for at least one of the mechanisms."},
@@ -47,12 +47,14 @@ constexpr std::array<row_t, 38> rows{{
     {error_not_enabled, "The event is not enabled for the queue."},
     {error_allocation, "There is not enough memory."},
     {error_invalid_mask, "The buffer mask is invalid."},
+    {error_io, "The transfer failed."},
     {error_operation_not_supported, "The object has no such operation."},
     {error_user_buffer, "A buffer or pointer is invalid."},
     {error_invalid_protocol, "The protocol is not supported."},
     {error_invalid_size, "The buffer size is invalid."},
     {error_session_not_locked, "The session has no lock."},
     {error_connection_lost, "The connection to the instrument is lost."},
+    {error_no_permission, "The user may not use the instrument."},
 }};
 
 } // namespace

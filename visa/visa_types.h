@@ -72,12 +72,14 @@ constexpr ViStatus error_invalid_context = error_status(0x2A);
 constexpr ViStatus error_not_enabled = error_status(0x2F);
 constexpr ViStatus error_allocation = error_status(0x3C);
 constexpr ViStatus error_invalid_mask = error_status(0x3D);
+constexpr ViStatus error_io = error_status(0x3E);
 constexpr ViStatus error_operation_not_supported = error_status(0x67);
 constexpr ViStatus error_user_buffer = error_status(0x71);
 constexpr ViStatus error_invalid_protocol = error_status(0x79);
 constexpr ViStatus error_invalid_size = error_status(0x7B);
 constexpr ViStatus error_session_not_locked = error_status(0x9C);
 constexpr ViStatus error_connection_lost = error_status(0xA6);
+constexpr ViStatus error_no_permission = error_status(0xA8);
 
 constexpr ViObject null_object = 0;
 constexpr ViUInt32 find_buffer_bytes = 256; ///< VI_FIND_BUFLEN, also of keys and descriptions

@@ -49,6 +49,10 @@ public:
 
     /// Sends the trigger beside the messages.
     virtual ViStatus trigger(deadline_t deadline) = 0;
+
+    /// From another thread: ends the call that waits, and the link; a link that cannot do so lets
+    /// the call end by its deadline.
+    virtual void cancel() {}
 };
 
 } // namespace visa_io

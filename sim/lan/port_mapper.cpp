@@ -10,9 +10,7 @@ namespace sim::lan {
 
 namespace {
 
-constexpr std::uint32_t port_mapper_program = 100'000;
 constexpr std::uint32_t null_procedure = 0;
-constexpr std::uint32_t get_procedure = 3; ///< GETPORT in version 2, GETADDR in the others
 constexpr std::uint32_t dump_procedure = 4;
 
 execution_t success_if(bool arguments_are_sound)
@@ -26,8 +24,8 @@ execution_t success_if(bool arguments_are_sound)
 
 port_mapper_t::port_mapper_t(std::string host_address, std::uint16_t core_port)
     : host(std::move(host_address)),
-      mappings{{port_mapper_program, 2, IPPROTO_TCP, port},
-               {port_mapper_program, 2, IPPROTO_UDP, port},
+      mappings{{rpc::port_mapper::program, 2, IPPROTO_TCP, port},
+               {rpc::port_mapper::program, 2, IPPROTO_UDP, port},
                {rpc::vxi11::core_program, rpc::vxi11::served_version, IPPROTO_TCP, core_port},
                {rpc::vxi11::abort_program, rpc::vxi11::served_version, IPPROTO_TCP, core_port}}
 {
@@ -35,7 +33,7 @@ port_mapper_t::port_mapper_t(std::string host_address, std::uint16_t core_port)
 
 const std::vector<rpc_program_t> &port_mapper_t::programs() const
 {
-    static const std::vector<rpc_program_t> served{{port_mapper_program, 2, 4}};
+    static const std::vector<rpc_program_t> served{{rpc::port_mapper::program, 2, 4}};
     return served;
 }
 
@@ -45,7 +43,7 @@ execution_t port_mapper_t::execute(const rpc::call_t &call, bool /*again*/,
     rpc::xdr_reader_t arguments(call.arguments);
     if (call.procedure == null_procedure)
         return {};
-    if (call.procedure == get_procedure)
+    if (call.procedure == rpc::port_mapper::get_procedure)
         return success_if(call.version == 2 ? get_port(arguments, results)
                                             : get_address(arguments, results));
     if (call.procedure == dump_procedure && call.version == 2) {
@@ -59,19 +57,15 @@ void port_mapper_t::dump(rpc::xdr_writer_t &results) const
 {
     for (const mapping_t &mapping : mappings) {
         results.boolean(true);
-        for (const std::uint32_t item :
-             {mapping.program, mapping.version, mapping.protocol, mapping.port})
-            results.number(item);
+        results.structure(mapping);
     }
     results.boolean(false);
 }
 
 bool port_mapper_t::get_port(rpc::xdr_reader_t &arguments, rpc::xdr_writer_t &results) const
 {
-    mapping_t wanted{};
-    for (std::uint32_t *const item :
-         {&wanted.program, &wanted.version, &wanted.protocol, &wanted.port})
-        arguments.number(*item);
+    mapping_t wanted;
+    arguments.structure(wanted);
     results.number(port_for(wanted.program, wanted.version, wanted.protocol));
     return arguments.ok();
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "rpc/port_mapper.h"
 #include "sim/lan/rpc_service.h"
 
 #include <string>
@@ -12,7 +13,7 @@ namespace sim::lan {
 class port_mapper_t : public rpc_service_t
 {
 public:
-    static constexpr std::uint16_t port = 111;
+    static constexpr std::uint16_t port = rpc::port_mapper::port;
 
     /// `core_port` serves the instrument's core channel and its abort channel.
     port_mapper_t(std::string host_address, std::uint16_t core_port);
@@ -21,13 +22,7 @@ public:
     execution_t execute(const rpc::call_t &call, bool again, rpc::xdr_writer_t &results) override;
 
 private:
-    struct mapping_t
-    {
-        std::uint32_t program;
-        std::uint32_t version;
-        std::uint32_t protocol;
-        std::uint32_t port;
-    };
+    using mapping_t = rpc::port_mapper::mapping_t;
 
     void dump(rpc::xdr_writer_t &results) const;
     bool get_port(rpc::xdr_reader_t &arguments, rpc::xdr_writer_t &results) const;

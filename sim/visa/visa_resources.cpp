@@ -95,23 +95,10 @@ ViStatus find_resources(ViSession manager, const char *expression, ViFindList *l
     visa_call_t call(manager);
     if (const auto verdict = call.count(operation_t::find))
         return *verdict;
-    if (call.world.objects.manager(manager) == nullptr)
-        return error_invalid_object;
-    const auto search = resource_search_t::read(expression == nullptr ? "" : expression);
-    if (!search)
-        return error_invalid_expression;
-    if (name == nullptr)
-        return error_user_buffer;
-
-    find_list_t found{manager, names_on(*call.world.bus.access(), *search)};
-    if (count != nullptr)
-        *count = static_cast<ViUInt32>(found.names.size());
-    if (list != nullptr)
-        *list = null_object;
-    const ViStatus status = found.hand_out(name);
-    if (status == success && list != nullptr)
-        *list = call.world.objects.add_find_list(std::move(found));
-    return status;
+    return call.world.objects.find(manager, expression, list, count, name,
+                                   [&call](const resource_search_t &search) {
+                                       return names_on(*call.world.bus.access(), search);
+                                   });
 }
 
 ViStatus find_next(ViFindList list, char *name)
@@ -119,10 +106,7 @@ ViStatus find_next(ViFindList list, char *name)
     visa_call_t call(list);
     if (const auto verdict = call.count(operation_t::find_next))
         return *verdict;
-    find_list_t *const found = call.world.objects.find_list(list);
-    if (found == nullptr)
-        return error_invalid_object;
-    return found->hand_out(name);
+    return call.world.objects.find_next(list, name);
 }
 
 ViStatus parse_resource(ViSession manager, const char *name, ViUInt16 *interface_type,
