@@ -4,11 +4,23 @@
 #include "drv/pause.h"
 #include "drv/visa_library.h"
 
+#include <QLoggingCategory>
+
 #include <algorithm>
 
 namespace {
 
 constexpr const char *usb_expression = "USB?*INSTR";
+
+/// Quiet, unless the user asks through Qt's own rules: QT_LOGGING_RULES="corvane.visa=true".
+Q_LOGGING_CATEGORY(visa_log, "corvane.visa", QtWarningMsg)
+
+/// Not when the library is bound: Qt has no rules before main.
+void log_search(const visa_library_t &library)
+{
+    for (const QString &trial : library.search_report())
+        qCDebug(visa_log).noquote() << trial;
+}
 
 } // namespace
 
@@ -16,9 +28,11 @@ int drv_visa_t::visa_init()
 {
     ready = false;
     visa_library_t &library = visa_library_t::instance();
+    log_search(library);
     if (!library.load() || !library.can_open_default_rm())
         return visa_result::not_available;
     last_status = library.open_default_rm(&default_rm);
+    qCDebug(visa_log, "viOpenDefaultRM: 0x%08X", static_cast<unsigned>(last_status));
     if (last_status < vi_success)
         return visa_result::not_available;
     ready = true;

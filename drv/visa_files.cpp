@@ -2,6 +2,7 @@
 #include "drv/visa_files.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QLatin1String>
 
 #ifdef Q_OS_LINUX
@@ -49,6 +50,34 @@ QStringList loader_folders()
     return folders << QStringLiteral("/usr/local/lib");
 }
 
+/// A name, and its file in each of the folders that has it.
+void append_library(QStringList &files, const QString &name, const QStringList &folders)
+{
+    files.append(name);
+    // The loader stops at the first file of a name, whatever that is worth.
+    for (const QString &folder : folders) {
+        const QString path = folder + QLatin1Char('/') + name;
+        if (QFile::exists(path))
+            files.append(path);
+    }
+}
+
+#endif
+
+#ifdef Q_OS_LINUX
+
+/// Corvane's own, for which a vendor's is never passed over.
+constexpr const char *own_name = "libcorvane-visa.so";
+
+/// Where it is installed, seen from the program's folder.
+constexpr const char *own_folder = "/../lib/corvane";
+
+/// Asked of the system: Qt does not know it before main.
+QString program_folder()
+{
+    return QFileInfo(QFile::symLinkTarget(QStringLiteral("/proc/self/exe"))).path();
+}
+
 #endif
 
 } // namespace
@@ -58,18 +87,14 @@ QStringList visa_files()
     QStringList files{QLatin1String(standard_visa_file)};
 #ifndef Q_OS_WIN
     const QStringList folders = loader_folders();
-    for (const char *const library_name : library_names) {
-        const QString name = QLatin1String(library_name);
-        files.append(name);
-        // The loader stops at the first file of a name, whatever that is worth.
-        for (const QString &folder : folders) {
-            const QString path = folder + QLatin1Char('/') + name;
-            if (QFile::exists(path))
-                files.append(path);
-        }
-    }
+    for (const char *const library_name : library_names)
+        append_library(files, QLatin1String(library_name), folders);
     for (const char *const file : vendor_files)
         files.append(QLatin1String(file));
+#endif
+#ifdef Q_OS_LINUX
+    append_library(files, QLatin1String(own_name),
+                   QStringList(folders) << program_folder() + QLatin1String(own_folder));
 #endif
     return files;
 }

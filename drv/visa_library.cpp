@@ -6,16 +6,9 @@
 #include <QLatin1String>
 
 #include <algorithm>
-#include <iterator>
+#include <type_traits>
 
 namespace {
-
-template <typename entry_t>
-bool bind(QLibrary &library, entry_t &entry, const char *name)
-{
-    entry = reinterpret_cast<entry_t>(library.resolve(name));
-    return entry != nullptr;
-}
 
 template <typename entry_t, typename... arguments_t>
 ViStatus call(entry_t entry, arguments_t... arguments)
@@ -48,7 +41,14 @@ visa_library_t::trial_t visa_library_t::try_file(const QString &file)
 {
     library.setFileName(file);
     const bool loaded = library.load();
-    if (bind_entry_points())
+    const QStringList missing = bind_entry_points();
+    if (!loaded)
+        trials.append(library.errorString());
+    else if (missing.isEmpty())
+        trials.append(file + QLatin1String(": used"));
+    else
+        trials.append(file + QLatin1String(": lacks ") + missing.join(QLatin1String(", ")));
+    if (missing.isEmpty())
         return trial_t::bound;
     return loaded ? trial_t::incomplete : trial_t::not_loaded;
 }
@@ -63,22 +63,26 @@ bool visa_library_t::can_open_default_rm() const noexcept
     return entries.open_default_rm != nullptr;
 }
 
-/// Resolves all ten entry points, whether or not an earlier one is missing.
-bool visa_library_t::bind_entry_points()
+/// Resolves all ten entry points, and tells which are missing.
+QStringList visa_library_t::bind_entry_points()
 {
-    const bool found[] = {
-        bind(library, entries.open_default_rm, "viOpenDefaultRM"),
-        bind(library, entries.set_attribute, "viSetAttribute"),
-        bind(library, entries.get_attribute, "viGetAttribute"),
-        bind(library, entries.close, "viClose"),
-        bind(library, entries.find_resource, "viFindRsrc"),
-        bind(library, entries.find_next, "viFindNext"),
-        bind(library, entries.open, "viOpen"),
-        bind(library, entries.clear, "viClear"),
-        bind(library, entries.write, "viWrite"),
-        bind(library, entries.read, "viRead"),
+    QStringList missing;
+    const auto bind = [this, &missing](auto &entry, const char *name) {
+        entry = reinterpret_cast<std::decay_t<decltype(entry)>>(library.resolve(name));
+        if (entry == nullptr)
+            missing.append(QLatin1String(name));
     };
-    return std::all_of(std::begin(found), std::end(found), [](bool entry) { return entry; });
+    bind(entries.open_default_rm, "viOpenDefaultRM");
+    bind(entries.set_attribute, "viSetAttribute");
+    bind(entries.get_attribute, "viGetAttribute");
+    bind(entries.close, "viClose");
+    bind(entries.find_resource, "viFindRsrc");
+    bind(entries.find_next, "viFindNext");
+    bind(entries.open, "viOpen");
+    bind(entries.clear, "viClear");
+    bind(entries.write, "viWrite");
+    bind(entries.read, "viRead");
+    return missing;
 }
 
 ViStatus visa_library_t::open_default_rm(ViSession *resource_manager) const

@@ -4,6 +4,7 @@
 #include "drv/visa_types.h"
 
 #include <QLibrary>
+#include <QStringList>
 
 /// The VISA library of the platform, bound at run time, and its ten entry points.
 ///
@@ -22,6 +23,9 @@ public:
     bool load();
     /// True when `viOpenDefaultRM`, without which nothing else works, was found.
     bool can_open_default_rm() const noexcept;
+
+    /// What came of each file that was tried, in order, for whoever looks for the reason.
+    const QStringList &search_report() const noexcept { return trials; }
 
     ViStatus open_default_rm(ViSession *resource_manager) const;
     ViStatus set_attribute(ViSession object, ViAttr attribute, ViAttrState value) const;
@@ -64,8 +68,9 @@ private:
     ~visa_library_t() = default;
 
     trial_t try_file(const QString &file);
-    bool bind_entry_points();
+    QStringList bind_entry_points();
 
     QLibrary library;
+    QStringList trials;
     entry_points_t entries;
 };
