@@ -1,0 +1,281 @@
+// SPDX-License-Identifier: MIT
+#include "rpc/port_mapper.h"
+#include "tests/support/dialog_driver.h"
+#include "tests/support/scripted_server.h"
+#include "tests/support/window_driver.h"
+#include "visa/entry_points.h"
+
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QtTest/QTest>
+
+#include <future>
+
+namespace {
+
+using namespace rpc::vxi11;
+using namespace visa;
+
+constexpr ViUInt32 timeout_ms = 150;
+constexpr qint64 late_ms = 1000; ///< what a call may take beyond its time-out
+constexpr std::size_t room = 20; ///< what reads ask for
+constexpr const char *name = "TCPIP0::127.0.0.2::INSTR";
+constexpr const char *host = "127.0.0.2";
+
+ViSession manager = null_object;
+
+/// One whole reply, with what a structure says.
+template <typename result_t>
+std::string reply(const result_t &result, const char *id = "{id}",
+                  rpc::accept_status_t status = rpc::accept_status_t::success)
+{
+    std::string record(rpc::record_header_room);
+    rpc::xdr_writer_t out(record);
+    rpc::write_reply(out, 0, status);
+    out.structure(result);
+    record.replace(4, 4, id);
+    rpc::end_record(record, 0);
+    return record;
+}
+
+std::string fine(const char *id = "{id}")
+{
+    return reply(read_result_t{0, reason_end, "late"}, id);
+}
+
+/// A reply whose data claim to have 4 GiB.
+std::string claims_much()
+{
+    std::string record = fine();
+    record.replace(record.size() - 8, 4, "\xFF\xFF\xFF\xFF");
+    return record;
+}
+
+QByteArray hex(const char *digits)
+{
+    return QByteArray::fromHex(digits);
+}
+
+ViSession opened(ViUInt32 timeout = timeout_ms)
+{
+    ViSession session = null_object;
+    viOpen(manager, name, 0, 0, &session);
+    viSetAttribute(session, attribute_timeout, timeout);
+    return session;
+}
+
+ViStatus write(ViSession session, const std::string &text)
+{
+    return viWrite(session, reinterpret_cast<const ViUInt8 *>(text.data()),
+                   static_cast<ViUInt32>(text.size()), nullptr);
+}
+
+ViStatus read(ViSession session, std::string &text)
+{
+    ViUInt8 buffer[2 * room];
+    std::fill(std::begin(buffer), std::end(buffer), ViUInt8{'#'});
+    ViUInt32 count = 0;
+    const ViStatus status = viRead(session, buffer, room, &count);
+    text.assign(buffer, buffer + std::min<std::size_t>(count, room));
+    return buffer[room] == '#' ? status : error_system;
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(script_t)
+
+/// Runs in a network of its own, with no other VISA library than ours.
+class test_visa_lan : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { QCOMPARE(viOpenDefaultRM(&manager), success); }
+    void bad_reply_harms_or_is_believed_data();
+    void bad_reply_harms_or_is_believed();
+    void open_takes_too_long_or_takes_anything_data();
+    void open_takes_too_long_or_takes_anything();
+    void message_is_cut_wrongly();
+    void waiting_call_holds_up_another_session_or_its_close();
+    void program_misses_what_lan_allows();
+};
+
+void test_visa_lan::bad_reply_harms_or_is_believed_data()
+{
+    QTest::addColumn<script_t>("script");
+    QTest::addColumn<ViStatus>("status");
+    const auto row = [](const char *what, std::vector<std::string> pieces, ViStatus status,
+                        bool closes = false, int pause = 0, bool repeats = false) {
+        QTest::newRow(what) << script_t{static_cast<std::uint32_t>(procedure_t::device_read),
+                                        std::move(pieces), std::chrono::milliseconds(pause), closes,
+                                        repeats}
+                            << status;
+    };
+    const std::string half = fine().substr(0, 30);
+    row("silence", {}, error_timeout);
+    row("half a record", {half}, error_timeout);
+    row("late", {fine()}, error_timeout, false, 600);
+    row("dripping", {std::string("\0\0\0\1x", 5)}, error_timeout, false, 20, true);
+    row("endless without bytes", {std::string(4000, '\0')}, error_timeout, false, 0, true);
+    row("the instrument's own time-out", {reply(read_result_t{15, 0, {}})}, error_timeout);
+    row("closed", {}, error_connection_lost, true);
+    row("closed in the middle", {half}, error_connection_lost, true);
+    row("invalid link", {reply(read_result_t{4, 0, {}})}, error_connection_lost);
+    row("wrong identification", {fine("\1\2\3\4")}, error_io);
+    row("longer than asked for", {reply(read_result_t{0, reason_end, "123456789012345678901"})},
+        error_io);
+    row("data of 4 GiB", {claims_much()}, error_io);
+    row("fragment of 2 GiB", {std::string("\xFF\xFF\xFF\xFF")}, error_io);
+    row("no reply at all", {std::string("\x80\0\0\4what", 8)}, error_io);
+    row("a call",
+        {hex("80000018 00000001 00000000 00000002 00000000 00000000 00000000").toStdString()},
+        error_io);
+    row("two replies", {fine() + fine()}, error_io);
+    row("no data and no reason", {reply(read_result_t{0, 0, {}})}, error_io);
+    row("error of the instrument", {reply(read_result_t{17, 0, {}})}, error_io);
+    row("refused procedure",
+        {reply(error_result_t{}, "{id}", rpc::accept_status_t::procedure_unavailable)},
+        error_operation_not_supported);
+}
+
+void test_visa_lan::bad_reply_harms_or_is_believed()
+{
+    QFETCH(script_t, script);
+    QFETCH(ViStatus, status);
+    scripted_server_t server(host, script);
+    const ViSession session = opened();
+    std::string text;
+    QElapsedTimer timer;
+    timer.start();
+    QCOMPARE(write(session, "*IDN?"), success);
+    QCOMPARE(read(session, text), status);
+    QVERIFY(timer.elapsed() < timeout_ms + late_ms);
+    QCOMPARE(status == error_timeout && timer.elapsed() < timeout_ms,
+             QString(QTest::currentDataTag()) == "the instrument's own time-out");
+    // A lost connection stays lost; after everything else the next query has its own reply.
+    const bool is_lost = status == error_connection_lost;
+    QCOMPARE(write(session, "*IDN?"), is_lost ? status : success);
+    QCOMPARE(read(session, text), is_lost ? status : success);
+    QCOMPARE(text, std::string(is_lost ? "" : "fine"));
+    QCOMPARE(viClose(session), success);
+    QVERIFY(opened() != null_object);
+}
+
+void test_visa_lan::open_takes_too_long_or_takes_anything_data()
+{
+    QTest::addColumn<QByteArray>("resource");
+    QTest::addColumn<script_t>("script");
+    QTest::addColumn<ViStatus>("status");
+    QTest::addColumn<int>("least_ms");
+    const script_t none;
+    for (const char *const bad : {"", "TCPIP0::", "TCPIP0::a b::INSTR", "nonsense"})
+        QTest::newRow(bad) << QByteArray(bad) << none << error_invalid_resource_name << 0;
+    QTest::newRow("nobody") << QByteArray("TCPIP0::127.0.0.3::INSTR") << none
+                            << error_resource_not_found << 0;
+    QTest::newRow("no such host") << QByteArray("TCPIP0::nowhere.invalid::INSTR") << none
+                                  << error_resource_not_found << 0;
+    const auto row = [](const char *what, std::uint32_t procedure, std::vector<std::string> pieces,
+                        ViStatus status, int least_ms) {
+        QTest::newRow(what) << QByteArray(name)
+                            << script_t{procedure, std::move(pieces), {}, false, false} << status
+                            << least_ms;
+    };
+    constexpr std::uint32_t mapper = rpc::port_mapper::get_procedure;
+    constexpr auto create_link = static_cast<std::uint32_t>(procedure_t::create_link);
+    row("silent mapper", mapper, {}, error_resource_not_found, 1000);
+    row("silent instrument", create_link, {}, error_resource_not_found, 1000);
+    row("not registered", mapper, {reply(rpc::port_mapper::port_t{0})}, error_resource_not_found,
+        0);
+    row("port 65647", mapper, {reply(rpc::port_mapper::port_t{65647})}, error_resource_not_found,
+        0);
+    row("no such device", create_link, {reply(create_link_result_t{3, 0, 0, 0})},
+        error_resource_not_found, 0);
+    row("locked", create_link, {reply(create_link_result_t{11, 0, 0, 0})}, error_resource_locked,
+        0);
+}
+
+void test_visa_lan::open_takes_too_long_or_takes_anything()
+{
+    QFETCH(QByteArray, resource);
+    QFETCH(script_t, script);
+    QFETCH(ViStatus, status);
+    QFETCH(int, least_ms);
+    scripted_server_t server(host, script);
+    ViSession session = 1;
+    QElapsedTimer timer;
+    timer.start();
+    QCOMPARE(viOpen(manager, resource.constData(), 0, 0, &session), status);
+    QCOMPARE(session, null_object);
+    QVERIFY(timer.elapsed() >= least_ms && timer.elapsed() < least_ms + late_ms);
+    ViFindList list = 1;
+    ViUInt32 count = 1;
+    char found[256];
+    QCOMPARE(viFindRsrc(manager, "TCPIP?*", &list, &count, found), error_resource_not_found);
+    QCOMPARE(count, 0U);
+}
+
+void test_visa_lan::message_is_cut_wrongly()
+{
+    scripted_server_t server(host, {}, 1000);
+    const ViSession session = opened();
+    const std::string image = std::string(2055, 'x') + '\0';
+    QCOMPARE(write(session, image), success);
+    viSetAttribute(session, attribute_send_end_enable, 0);
+    QCOMPARE(write(session, "part"), success);
+    const auto writes = server.writes();
+    const std::uint32_t flags[] = {0, 0, flag_end, 0};
+    std::string data;
+    for (std::size_t piece = 0; piece < writes.size(); ++piece) {
+        QCOMPARE(writes[piece].first, flags[piece]);
+        data += writes[piece].second;
+    }
+    QCOMPARE(writes.size(), std::size(flags));
+    QCOMPARE(data, image + "part");
+}
+
+void test_visa_lan::waiting_call_holds_up_another_session_or_its_close()
+{
+    scripted_server_t server(host, {static_cast<std::uint32_t>(procedure_t::device_read), {}});
+    const ViSession waiting = opened(timeout_infinite);
+    const ViSession other = opened();
+    auto read_of_waiting = std::async(std::launch::async, [waiting] {
+        std::string text;
+        return read(waiting, text);
+    });
+    QTest::qWait(50);
+    QElapsedTimer timer;
+    timer.start();
+    std::string text;
+    QCOMPARE(write(other, "*IDN?"), success);
+    QCOMPARE(read(other, text), success);
+    QCOMPARE(viClose(waiting), success);
+    QCOMPARE(read_of_waiting.get(), error_invalid_object);
+    QVERIFY(timer.elapsed() < late_ms);
+}
+
+void test_visa_lan::program_misses_what_lan_allows()
+{
+    QProcess simulator;
+    simulator.start(CORVANE_SIM, {"lan"});
+    QTRY_VERIFY(simulator.canReadLine());
+    QVERIFY(simulator.readLine().startsWith("TCPIP0::127.0.0.1::INSTR"));
+    window_driver_t driver;
+    driver.connect_lan("127.0.0.1");
+    QCOMPARE(driver.link_text(), "(LAN)");
+    QVERIFY(driver.click("Reset"));
+    QVERIFY(driver.click("C") && driver.click("8"));
+    QCOMPARE(driver.lit_ports(), QStringList({"C", "8"}));
+    QVERIFY(use_dialog([&] { driver.choose("Tool", "Scpi"); },
+                       [](const QDialog &dialog) {
+                           QVERIFY(perform(dialog, "Query"));
+                           QCOMPARE(shown(dialog, "Reply"), "TMX,TMX5044,SN44002,1.0.0");
+                       }));
+    QVERIFY(driver.choose("Tool", "Upgrade") && driver.choose("Tool", "LAN"));
+    QCOMPARE(driver.take_boxes(),
+             QStringList({"Please upgrade using USB!", "Please change LAN using USB!"}));
+    simulator.terminate();
+    QVERIFY(simulator.waitForFinished());
+}
+
+CORVANE_GUI_TEST_MAIN(test_visa_lan)
+#include "test_visa_lan.moc"
