@@ -272,7 +272,8 @@ void test_visa_lan::program_misses_what_lan_allows()
                        }));
     QVERIFY(driver.choose("Tool", "Upgrade") && driver.choose("Tool", "LAN"));
     QCOMPARE(driver.take_boxes(),
-             QStringList({"Please upgrade using USB!", "Please change LAN using USB!"}));
+             QStringList({"Information: Please upgrade using USB! [OK, Close]",
+                          "Information: Please change LAN using USB! [OK, Close]"}));
     simulator.terminate();
     QVERIFY(simulator.waitForFinished());
 }

@@ -3,6 +3,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QHash>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -25,19 +26,30 @@ void test_visa_search::library_is_missed_or_a_useless_one_taken_data()
 {
     // The files of the folders on the loader's path, which "|" separates.
     QTest::addColumn<bool>("found");
-    for (const char *const name : {"visa32.dll", "libvisa.so", "libvisa.so.0", "libvisa.so.7",
-                                   "librsvisa.so", "libktvisa32.so", "libiovisa.so"})
-        QTest::addRow("%s=complete", name) << true;
+    QTest::addColumn<QByteArray>("said"); // among what is told to a user who asks
+    for (const char *const name :
+         {"visa32.dll", "libvisa.so", "libvisa.so.0", "libvisa.so.7", "librsvisa.so",
+          "libktvisa32.so", "libiovisa.so", "libcorvane-visa.so"})
+        QTest::addRow("%s=complete", name) << true << name + QByteArray(": used\n");
     const char *const same_name[] = {"libvisa.so=lacks viRead|libvisa.so=complete",
                                      "libvisa.so=text|libvisa.so=complete",
                                      "libvisa.so=lacks viRead|libvisa.so=text|libvisa.so=complete"};
     for (const char *const folders : same_name)
-        QTest::newRow(folders) << true;
-    QTest::newRow("visa32.dll=lacks viRead|libvisa.so=complete") << true;
-    QTest::newRow("libvisa.so=lacks viRead|libktvisa32.so=complete") << true;
-    QTest::newRow("libvisa.so=lacks viRead|libiovisa.so=text") << false;
-    QTest::newRow("libother.so=complete") << false;
-    QTest::newRow("libvisa.so=opens at the right terms") << true;
+        QTest::newRow(folders) << true << QByteArray("/libvisa.so: used\n");
+    QTest::newRow("visa32.dll=lacks viRead|libvisa.so=complete")
+        << true << QByteArray("visa32.dll: lacks viRead\n");
+    QTest::newRow("libvisa.so=lacks viRead|libktvisa32.so=complete")
+        << true << QByteArray("libvisa.so: lacks viRead\n");
+    QTest::newRow("libvisa.so=lacks viRead|libiovisa.so=text")
+        << false << QByteArray("/libiovisa.so: file too short");
+    QTest::newRow("libother.so=complete")
+        << false << QByteArray("libcorvane-visa.so: cannot open shared object file");
+    QTest::newRow("libvisa.so=opens at the right terms")
+        << true << QByteArray("viOpenDefaultRM: 0x00000000\n");
+    QTest::newRow("libcorvane-visa.so=complete|libvisa.so=complete")
+        << true << QByteArray("libvisa.so: used\n");
+    QTest::newRow("lib/corvane/libcorvane-visa.so=complete")
+        << true << QByteArray("/bin/../lib/corvane/libcorvane-visa.so: used\n");
 }
 
 void test_visa_search::library_is_missed_or_a_useless_one_taken()
@@ -47,12 +59,14 @@ void test_visa_search::library_is_missed_or_a_useless_one_taken()
         {"lacks viRead", CORVANE_LACKING_VISA},
         {"opens at the right terms", CORVANE_OPENING_VISA}};
     QFETCH(bool, found);
+    QFETCH(QByteArray, said);
     const QTemporaryDir root(QDir::tempPath() + QStringLiteral("/库 XXXXXX"));
     QStringList path;
     for (const QString &file : QString(QTest::currentDataTag()).split('|')) {
         path.append(root.filePath(QString::number(path.size())));
-        QVERIFY(QDir().mkpath(path.last()));
-        const QString name = path.last() + '/' + file.section('=', 0, 0);
+        QString name = file.section('=', 0, 0);
+        name = (name.contains('/') ? root.path() : path.last()) + '/' + name;
+        QVERIFY(QDir().mkpath(QFileInfo(name).path()));
         const QString kind = file.section('=', 1);
         if (kind != "text") {
             QVERIFY(QFile::link(libraries.value(kind), name));
@@ -64,18 +78,26 @@ void test_visa_search::library_is_missed_or_a_useless_one_taken()
     QProcess child;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("LD_LIBRARY_PATH", path.join(':'));
+    environment.insert("QT_LOGGING_RULES", "corvane.visa.debug=true");
+    environment.insert("LC_ALL", "C.UTF-8");
     child.setProcessEnvironment(environment);
-    child.start(QCoreApplication::applicationFilePath(), {"connect"});
+    // As it is installed.
+    const QString program = root.filePath("bin/program");
+    QVERIFY(QDir(root.path()).mkdir("bin"));
+    QVERIFY(QFile::copy(QCoreApplication::applicationFilePath(), program));
+    child.start(program, {"connect"});
     QVERIFY(child.waitForFinished());
     QCOMPARE(child.exitStatus(), QProcess::NormalExit);
     QCOMPARE(child.exitCode(), found ? 0 : 1);
+    const QByteArray told = child.readAllStandardError();
+    QVERIFY2(told.contains(said), told);
 }
 
 int main(int argc, char **argv)
 {
+    const QCoreApplication application(argc, argv);
     if (argc == 2 && std::strcmp(argv[1], "connect") == 0)
         return drv_device_t::instance()->lan_connect("127.0.0.1") ? 0 : 1;
-    const QCoreApplication application(argc, argv);
     test_visa_search test;
     return QTest::qExec(&test, argc, argv);
 }
