@@ -1,7 +1,8 @@
 # SPDX-License-Identifier: MIT
 """What clients that others wrote, pyvisa-py and lxi-tools, and hostile ones make of `corvane-sim lan`.
 
-Run by scripts/test-clients in a network namespace of its own; CORVANE_SIM is the program.
+Run by scripts/test-clients in a network namespace of its own; CORVANE_SIM is the program. CLIENT_VISA
+is the VISA library that pyvisa uses, pyvisa-py without it.
 """
 
 import json
@@ -38,7 +39,7 @@ def setUpModule():
         for host in ("127.0.0.1", "127.0.0.2"):
             line = simulator.stdout.readline()
             assert line.startswith(f"TCPIP0::{host}::INSTR: VXI-11 on port "), line
-    manager = pyvisa.ResourceManager("@py")
+    manager = pyvisa.ResourceManager(os.environ.get("CLIENT_VISA", "@py"))
 
 
 def tearDownModule():

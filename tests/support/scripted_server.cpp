@@ -123,7 +123,7 @@ std::string scripted_server_t::reply_to(const rpc::call_t &call)
     }
     switch (static_cast<procedure_t>(call.procedure)) {
     case procedure_t::create_link:
-        out.structure(create_link_result_t{0, 1, 0, most_write_bytes});
+        out.structure(create_link_result_t{0, ++link_count, 0, most_write_bytes});
         break;
     case procedure_t::device_write: {
         in.structure(write);

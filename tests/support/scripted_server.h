@@ -35,6 +35,9 @@ public:
     /// Flags and data of each write.
     std::vector<std::pair<std::uint32_t, std::string>> writes();
 
+    /// How many links were made.
+    unsigned links() const { return link_count; }
+
 private:
     void accept_all();
     void serve(int socket);
@@ -49,6 +52,7 @@ private:
     std::vector<std::pair<std::uint32_t, std::string>> received;
     std::vector<int> sockets;
     bool played = false;
+    std::atomic<unsigned> link_count{0};
     std::vector<std::thread> servants;
     std::thread acceptor;
 };
