@@ -12,7 +12,7 @@ namespace {
 
 constexpr const char *usb_expression = "USB?*INSTR";
 
-/// Quiet, unless the user asks through Qt's own rules: QT_LOGGING_RULES="corvane.visa=true".
+/// Quiet, unless the user asks through Qt's own rules: QT_LOGGING_RULES="corvane.visa.debug=true".
 Q_LOGGING_CATEGORY(visa_log, "corvane.visa", QtWarningMsg)
 
 /// Not when the library is bound: Qt has no rules before main.

@@ -131,7 +131,10 @@ class Clients(unittest.TestCase):
         self.assert_fails(pyvisa.constants.VI_ERROR_TMO, lambda: instrument.query("ROUTes?"))
         instrument.timeout = 2000
         self.assertEqual(instrument.query("*IDN?"), "TMX,TMX5024,SN2,1.0.0\n")
-        self.assertEqual(instrument.query("SYST:ERR?"), '-410,"Query INTERRUPTED"\n')
+        # On a fresh link there is no reply to interrupt.
+        links_anew = "CLIENT_VISA" in os.environ
+        error = '0,"No error"\n' if links_anew else '-410,"Query INTERRUPTED"\n'
+        self.assertEqual(instrument.query("SYST:ERR?"), error)
 
     def test_long_write_arrives_whole(self):
         instrument = self.open()
@@ -164,7 +167,7 @@ class Clients(unittest.TestCase):
         other.unlock()
 
     def test_two_clients_see_one_instrument(self):
-        raw = manager.open_resource("TCPIP0::127.0.0.1::5025::SOCKET", read_termination="\n")
+        raw = pyvisa.ResourceManager("@py").open_resource("TCPIP0::127.0.0.1::5025::SOCKET", read_termination="\n")
         self.addCleanup(raw.close)
         self.open().write("ADD:ROUTe B14")
         self.assertEqual(raw.query("ROUTes?"), "0,14,0,0")
