@@ -1,0 +1,227 @@
+// SPDX-License-Identifier: MIT
+#include "tests/usb_kernel/checks.h"
+
+#include "tests/usb_kernel/client.h"
+
+#include <algorithm>
+#include <future>
+#include <thread>
+
+namespace usb_kernel {
+
+namespace {
+
+using std::chrono::milliseconds;
+
+constexpr milliseconds short_time{400};
+/// How much longer than allowed a call may take.
+constexpr milliseconds grace{1000};
+constexpr unsigned message_available = 0x10;
+
+const std::string identity = "TMX,TMX5044,SN44001,1.0.0\n";
+
+void expect_time_out(const client_t &client)
+{
+    std::string reply;
+    const auto begin = visa_io::io_clock_t::now();
+    const auto read = client.read(reply, 100, short_time);
+    const auto taken = visa_io::io_clock_t::now() - begin;
+    expect_status(read.status, visa::error_timeout, "read without a reply");
+    expect(taken >= short_time && taken <= short_time + grace, "the time-out is kept");
+}
+
+bool is_found(const std::string &name)
+{
+    const auto names = client_t::search();
+    return std::find(names.begin(), names.end(), name) != names.end();
+}
+
+void both_are_found(bench_t &bench)
+{
+    std::vector<std::string> expected{bench.name(bench.prompt_place), bench.name(bench.late_place)};
+    std::sort(expected.begin(), expected.end());
+    wait_until("both instruments are found by their names", [&expected] {
+        auto names = client_t::search();
+        std::sort(names.begin(), names.end());
+        return names == expected;
+    });
+    expect(client_t::search() == client_t::search(), "the order stays");
+}
+
+void identity_is_read(bench_t &bench)
+{
+    const client_t client(bench.name(bench.prompt_place));
+    expect(client.query("*IDN?") == identity, "the identity is the instrument's");
+}
+
+void reply_is_read_in_parts(bench_t &bench)
+{
+    const client_t client(bench.name(bench.prompt_place));
+    expect_status(client.write("*IDN?").status, visa::success, "write");
+    std::string first, rest;
+    const auto read = client.read(first, 5);
+    expect_status(read.status, visa::success, "read of the first part");
+    expect(!read.end && first == identity.substr(0, 5), "the first part is not the end");
+    expect(client.read(rest).end && rest == identity.substr(5), "the rest is the end");
+}
+
+/// Replies that fill packets and the driver's buffers of 4096 bytes just so, with their headers of
+/// 12 bytes, and one more or less.
+void reply_of_any_size_is_whole(bench_t &bench)
+{
+    const client_t client(bench.name(bench.prompt_place));
+    for (const std::size_t size : {1, 499, 500, 501, 2036, 4083, 4084, 4085, 4096, 8192, 10000}) {
+        std::string reply(size, 'x');
+        reply.back() = '\n';
+        bench.bus.access()->scripts.add({{}, "SIZE?", reply, 1});
+        expect(client.query("SIZE?") == reply, "a reply of " + std::to_string(size) + " bytes");
+    }
+}
+
+void block_with_zeros_arrives_whole(bench_t &bench)
+{
+    const client_t client(bench.name(bench.prompt_place));
+    for (const std::size_t size : {1, 3, 500, 2056, 4084, 5000}) {
+        std::string block(size, '\0');
+        block[size / 2] = '\n';
+        const auto written = client.write(block);
+        expect_status(written.status, visa::success, "write");
+        expect(written.count == size, "all bytes are counted");
+        expect(bench.bus.access()->log.entries().back().bytes == block,
+               "a block of " + std::to_string(size) + " bytes arrives in one piece");
+    }
+    client.query("*CLS;*OPC?");
+}
+
+void silence_costs_one_query_only(bench_t &bench)
+{
+    const client_t client(bench.name(bench.prompt_place));
+    expect_status(client.write("*CLS").status, visa::success, "write");
+    expect_time_out(client);
+    expect(client.query("*IDN?") == identity, "the next query is answered");
+}
+
+void late_reply_answers_no_other_query(bench_t &bench)
+{
+    const client_t client(bench.name(bench.late_place));
+    expect_status(client.write("*IDN?").status, visa::success, "write");
+    expect_time_out(client);
+    expect(client.query("*OPC?") == "1\n", "the next query gets its own reply");
+    expect_status(client.write("*IDN?").status, visa::success, "write");
+    expect_time_out(client);
+    std::this_thread::sleep_for(bench_t::late_reply);
+    expect(client.query("*OPC?") == "1\n", "the next query gets its own reply, later too");
+}
+
+void clear_drops_the_reply(bench_t &bench)
+{
+    const client_t client(bench.name(bench.prompt_place));
+    expect_status(client.write("*IDN?").status, visa::success, "write");
+    expect_status(client.clear(), visa::success, "clear");
+    expect_time_out(client);
+    expect(client.query("*CLS;*OPC?") == "1\n", "the next query is answered");
+}
+
+void status_byte_tells_of_the_reply(bench_t &bench)
+{
+    const client_t client(bench.name(bench.prompt_place));
+    expect((client.status_byte() & message_available) == 0, "no reply waits");
+    expect_status(client.write("*IDN?").status, visa::success, "write");
+    expect((client.status_byte() & message_available) != 0, "a reply waits");
+    std::string reply;
+    expect_status(client.read(reply).status, visa::success, "read");
+    expect((client.status_byte() & message_available) == 0, "the reply is read");
+}
+
+void trigger_arrives(bench_t &bench)
+{
+    const client_t client(bench.name(bench.prompt_place));
+    const auto triggers = [&bench] {
+        return bench.bus.access()->faults.call_count(sim::operation_t::trigger);
+    };
+    const auto before = triggers();
+    expect_status(client.trigger(), visa::success, "trigger");
+    expect(triggers() == before + 1, "one trigger arrives");
+}
+
+void two_clients_share_an_instrument(bench_t &bench)
+{
+    const client_t one(bench.name(bench.prompt_place)), other(bench.name(bench.prompt_place));
+    expect(one.query("*IDN?") == identity, "one is answered");
+    expect(other.query("*OPC?") == "1\n", "the other is answered");
+}
+
+/// A read that waits for one instrument does not hold up another.
+void waiting_read_delays_no_other(bench_t &bench)
+{
+    const client_t late(bench.name(bench.late_place)), prompt(bench.name(bench.prompt_place));
+    auto slow = std::async(std::launch::async, [&late] { return late.query("*OPC?"); });
+    const auto begin = visa_io::io_clock_t::now();
+    expect(prompt.query("*IDN?") == identity, "the prompt one is answered");
+    expect(visa_io::io_clock_t::now() - begin < bench_t::late_reply / 2, "and at once");
+    expect(slow.get() == "1\n", "the late one is answered");
+}
+
+void lost_connection_is_told(bench_t &bench, const client_t &client, const std::string &name)
+{
+    std::string reply;
+    expect_status(client.write("*IDN?").status, visa::error_connection_lost, "write afterwards");
+    expect_status(client.read(reply).status, visa::error_connection_lost, "read afterwards");
+    expect_status(client.clear(), visa::error_connection_lost, "clear afterwards");
+    bench.bus.access()->plug(bench.prompt_place);
+    wait_until("the instrument is found again", [&name] { return is_found(name); });
+    expect(client_t(name).query("*IDN?") == identity, "a new connection works");
+    expect_status(client.write("*IDN?").status, visa::error_connection_lost,
+                  "the old connection stays lost");
+}
+
+void pulled_plug_ends_a_read(bench_t &bench)
+{
+    const std::string name = bench.name(bench.prompt_place);
+    const client_t client(name);
+    std::string reply;
+    auto read = std::async(std::launch::async, [&client, &reply] {
+        return client.read(reply, 100, milliseconds(10000)).status;
+    });
+    std::this_thread::sleep_for(short_time);
+    bench.bus.access()->unplug(bench.prompt_place);
+    expect(read.wait_for(grace) == std::future_status::ready, "the read ends at once");
+    expect_status(read.get(), visa::error_connection_lost, "read");
+    wait_until("the instrument is found no more", [&name] { return !is_found(name); });
+    lost_connection_is_told(bench, client, name);
+}
+
+void reboot_is_survived(bench_t &bench)
+{
+    using namespace std::string_view_literals;
+    const std::string name = bench.name(bench.prompt_place);
+    const client_t client(name);
+    expect_status(client.write("REBOOT\0"sv).status, visa::success, "write");
+    wait_until("the instrument leaves the bus",
+               [&client] { return client.write("*CLS").status == visa::error_connection_lost; });
+    lost_connection_is_told(bench, client, name);
+}
+
+} // namespace
+
+std::vector<check_t> all_checks()
+{
+    return {
+        {"both instruments are found", both_are_found},
+        {"identity is read", identity_is_read},
+        {"reply is read in parts", reply_is_read_in_parts},
+        {"reply of any size is whole", reply_of_any_size_is_whole},
+        {"block with zeros arrives whole", block_with_zeros_arrives_whole},
+        {"silence costs one query only", silence_costs_one_query_only},
+        {"late reply answers no other query", late_reply_answers_no_other_query},
+        {"clear drops the reply", clear_drops_the_reply},
+        {"status byte tells of the reply", status_byte_tells_of_the_reply},
+        {"trigger arrives", trigger_arrives},
+        {"two clients share an instrument", two_clients_share_an_instrument},
+        {"waiting read delays no other", waiting_read_delays_no_other},
+        {"pulled plug ends a read", pulled_plug_ends_a_read},
+        {"reboot is survived", reboot_is_survived},
+    };
+}
+
+} // namespace usb_kernel
