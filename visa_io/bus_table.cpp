@@ -2,6 +2,7 @@
 #include "visa_io/bus_table.h"
 
 #include "visa_io/lan/lan_bus.h"
+#include "visa_io/usb/usb_bus.h"
 
 #include <algorithm>
 #include <iterator>
@@ -13,6 +14,7 @@ namespace {
 using kind_t = visa::resource_name_t::bus_t;
 
 constexpr bus_t buses[] = {
+    {kind_t::usb, find_usb_instruments, open_usb_instrument},
     {kind_t::tcpip, find_lan_instruments, open_lan_instrument},
 };
 

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "tests/usb_kernel/client.h"
 
-#include "tests/usb_kernel/driver_link.h"
+#include "visa/resource_name.h"
 #include "visa/status_text.h"
+#include "visa_io/usb/usb_bus.h"
 
 #include <stdexcept>
 #include <thread>
@@ -19,14 +20,19 @@ constexpr std::chrono::milliseconds look_interval{20};
 
 std::vector<std::string> client_t::search()
 {
-    return driver_link_t::search();
+    std::vector<std::string> names;
+    for (const auto &instrument : visa_io::find_usb_instruments())
+        names.push_back(instrument.name_text);
+    return names;
 }
 
 client_t::client_t(const std::string &name)
 {
     wait_until("the instrument can be opened", [this, &name] {
-        link = driver_link_t::open(name);
-        return link != nullptr;
+        visa::object_attributes_t attributes;
+        const auto read = visa::read_resource_name(name);
+        return read && visa_io::open_usb_instrument(*read, until(usual_time), link, attributes) ==
+                           visa::success;
     });
 }
 
