@@ -69,8 +69,9 @@ void append_library(QStringList &files, const QString &name, const QStringList &
 /// Corvane's own, for which a vendor's is never passed over.
 constexpr const char *own_name = "libcorvane-visa.so";
 
-/// Where it is installed, seen from the program's folder.
-constexpr const char *own_folder = "/../lib/corvane";
+/// Where it is installed, seen from the program's folder: "/../lib/corvane", with the machine's
+/// name between on Debian.
+constexpr const char *own_folder = "/" CORVANE_OWN_VISA_FOLDER;
 
 /// Asked of the system: Qt does not know it before main.
 QString program_folder()

@@ -28,13 +28,14 @@ its front panel. Click a VNA port and a test port, and the instrument routes
 the one to the other. The same window sets the colours of the port LEDs and
 the LAN settings, sends raw SCPI commands and upgrades the firmware.
 .
-USB and LAN connections use the VISA library of any vendor; without one the
-instrument is reached through its USB serial port.")
+USB and LAN connections use the VISA library of any vendor, or else that of
+the package corvane-visa; without one the instrument is reached through its
+USB serial port.")
 # The arrows and radio buttons are SVG pictures, which Qt opens with a plugin.
 set(CPACK_DEBIAN_CORVANE_PACKAGE_DEPENDS libqt5svg5)
 # Opens the open-source acknowledgment.
 set(CPACK_DEBIAN_CORVANE_PACKAGE_RECOMMENDS xdg-utils)
-set(CPACK_DEBIAN_CORVANE_PACKAGE_SUGGESTS corvane-simulator)
+set(CPACK_DEBIAN_CORVANE_PACKAGE_SUGGESTS "corvane-simulator, corvane-visa")
 set(CPACK_DEBIAN_CORVANE_PACKAGE_CONTROL_EXTRA "${CMAKE_CURRENT_SOURCE_DIR}/debian/postinst")
 
 set(CPACK_DEBIAN_CORVANE-SIMULATOR_PACKAGE_NAME corvane-simulator)
@@ -44,5 +45,14 @@ the system's VISA library, which stays as it is for all other programs.
 corvane-sim puts simulated instruments behind a serial line or on the
 network, and corvane-package makes and examines firmware packages.")
 set(CPACK_DEBIAN_CORVANE-SIMULATOR_PACKAGE_SUGGESTS corvane)
+
+set(CPACK_DEBIAN_CORVANE-VISA_PACKAGE_NAME corvane-visa)
+set(CPACK_COMPONENT_CORVANE-VISA_DESCRIPTION "VISA library for instruments on USB and LAN
+With this library Corvane reaches a TMX RF switch matrix on USB (USBTMC,
+through the kernel's own driver) and on LAN (VXI-11) where no vendor's VISA is
+installed. A vendor's goes before. Other programs can use the library when
+they are told to, as with PYVISA_LIBRARY.")
+set(CPACK_DEBIAN_CORVANE-VISA_PACKAGE_SECTION libs)
+set(CPACK_DEBIAN_CORVANE-VISA_PACKAGE_SUGGESTS corvane)
 
 include(CPack)
