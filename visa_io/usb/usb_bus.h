@@ -10,12 +10,12 @@
 
 namespace visa_io {
 
-/// The instruments that the kernel's USBTMC driver has now, also those that may not be opened;
-/// in the order of their names.
+/// The USB instruments that are plugged in now, in the order of their names; also those that the
+/// user may not open.
 std::vector<visa::object_attributes_t> find_usb_instruments();
 
-/// Connects to an instrument and sets its session's attributes. One that is not there is
-/// error_resource_not_found, one that the user may not open error_no_permission.
+/// Connects to a USB instrument and fills in what its attributes say. error_resource_not_found
+/// when it is not plugged in, error_no_permission when the user may not use it. Does not wait.
 ViStatus open_usb_instrument(const visa::resource_name_t &name, deadline_t deadline,
                              std::unique_ptr<device_link_t> &link,
                              visa::object_attributes_t &attributes);

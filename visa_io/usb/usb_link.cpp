@@ -3,10 +3,11 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <cstdint>
 #include <iterator>
-#include <limits>
 #include <linux/usb/tmc.h>
+#include <string_view>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
@@ -14,137 +15,221 @@ namespace visa_io {
 
 namespace {
 
-/// The driver refuses less.
-constexpr std::int64_t shortest_time_ms = 100;
+using std::chrono::milliseconds;
 
-// What the driver tells of the last transfer that was read.
-constexpr std::uint8_t read_end = 1;
-constexpr std::uint8_t read_term_char = 2;
+constexpr milliseconds shortest_timeout{100}; // the driver refuses less
+constexpr milliseconds longest_timeout{0x3FFFFFFF};
+// How much later than the deadline the driver may say what came of a transfer.
+constexpr milliseconds grace{400};
+constexpr int unknown_char = -2;
+constexpr std::uint8_t end_of_message = 1; // in the attributes of a received message
 
-struct failure_row_t
+struct error_row_t
 {
-    int number;
+    int error;
     ViStatus status;
-    bool clears; ///< the message may lie half way in the driver or the instrument
 };
 
-/// Anything else means that the instrument has gone.
-constexpr failure_row_t failures[] = {
-    {ETIMEDOUT, visa::error_timeout, true},
-    {EINTR, visa::error_io, true},
-    {EPIPE, visa::error_io, true},
-    {EINVAL, visa::error_operation_not_supported, false},
-    {ENOTTY, visa::error_operation_not_supported, false},
-    {EOPNOTSUPP, visa::error_operation_not_supported, false},
+// The rest are transfers that failed.
+constexpr error_row_t error_rows[] = {
+    {0, visa::success},
+    {ETIMEDOUT, visa::error_timeout},
+    {ENODEV, visa::error_connection_lost},
+    {ESHUTDOWN, visa::error_connection_lost},
+    {ENXIO, visa::error_connection_lost},
+    {EPROTO, visa::error_connection_lost},
+    {EINVAL, visa::error_operation_not_supported},
+    {ENOTTY, visa::error_operation_not_supported},
+    {EOPNOTSUPP, visa::error_operation_not_supported},
 };
 
-const failure_row_t *failure_of(int number)
+ViStatus status_of(int error)
 {
     const auto *const row =
-        std::find_if(std::begin(failures), std::end(failures),
-                     [number](const failure_row_t &one) { return one.number == number; });
-    return row == std::end(failures) ? nullptr : row;
+        std::find_if(std::begin(error_rows), std::end(error_rows),
+                     [error](const error_row_t &r) { return r.error == error; });
+    return row == std::end(error_rows) ? visa::error_io : row->status;
+}
+
+// Makes a call of the kernel until no signal interrupts it; its result is negative on failure.
+template <typename call_t>
+auto uninterrupted(call_t call)
+{
+    auto result = call();
+    while (result < 0 && errno == EINTR)
+        result = call();
+    return result;
+}
+
+template <typename... argument_t>
+int control(int node, unsigned long request, argument_t... argument)
+{
+    return uninterrupted([&] { return ::ioctl(node, request, argument...); }) < 0 ? errno : 0;
+}
+
+int set_timeout(int node, deadline_t deadline)
+{
+    const auto remaining = std::chrono::duration_cast<milliseconds>(deadline - io_clock_t::now());
+    auto timeout_ms = static_cast<std::uint32_t>(
+        std::clamp(remaining, shortest_timeout, longest_timeout).count());
+    return control(node, USBTMC_IOCTL_SET_TIMEOUT, &timeout_ms);
+}
+
+// The latest moment at which the result of a transfer is waited for.
+deadline_t patience(deadline_t deadline)
+{
+    const deadline_t at_least = std::max(deadline, io_clock_t::now() + shortest_timeout);
+    return at_least > deadline_t::max() - grace ? at_least : at_least + grace;
 }
 
 } // namespace
 
 usb_link_t::~usb_link_t()
 {
-    close(node);
+    calls.is_idle_by(deadline_t::max());
+    ::close(node);
+}
+
+int usb_link_t::recover()
+{
+    // The clear's result decides: with no transfer in progress there is nothing to abort.
+    control(node, USBTMC_IOCTL_ABORT_BULK_OUT);
+    control(node, USBTMC_IOCTL_ABORT_BULK_IN);
+    const int error = control(node, USBTMC_IOCTL_CLEAR);
+    needs_recovery = error != 0;
+    return error;
+}
+
+// One step of an operation, for which the instrument has until the deadline.
+ViStatus usb_link_t::perform(const job_t &job, deadline_t deadline)
+{
+    if (is_lost)
+        return visa::error_connection_lost;
+    if (!calls.is_idle_by(deadline))
+        return visa::error_timeout;
+    calls.start([this, job, deadline] {
+        int error = needs_recovery ? recover() : 0;
+        if (error == 0)
+            error = set_timeout(node, deadline);
+        return error == 0 ? job() : error;
+    });
+    const std::optional<int> error = calls.result_by(patience(deadline));
+    const ViStatus status = status_of(error.value_or(ETIMEDOUT));
+    is_lost = status == visa::error_connection_lost;
+    if (status == visa::error_timeout || status == visa::error_io) {
+        needs_recovery = true;
+        if (error)
+            calls.start([this] { return recover(); });
+    }
+    return status;
+}
+
+int usb_link_t::send_piece(std::size_t size, bool end) const
+{
+    auto ends = static_cast<std::uint8_t>(end);
+    if (const int error = control(node, USBTMC_IOCTL_EOM_ENABLE, &ends))
+        return error;
+    const auto sent = uninterrupted([&] { return ::write(node, piece.data(), size); });
+    if (sent < 0)
+        return errno;
+    return static_cast<std::size_t>(sent) == size ? 0 : EIO;
 }
 
 transfer_t usb_link_t::write(std::string_view data, bool end, deadline_t deadline)
 {
-    transfer_t done;
-    done.status = allow_until(deadline);
-    if (done.status != visa::success || data.empty())
-        return done;
-    std::uint8_t ends = end ? 1 : 0;
-    done.status = status_of(ioctl(node, USBTMC_IOCTL_EOM_ENABLE, &ends) >= 0);
-    if (done.status != visa::success)
-        return done;
-    // Whole: another call would be another message of the bus.
-    const ssize_t count = ::write(node, data.data(), data.size());
-    done.status = status_of(count >= 0);
-    done.count = static_cast<std::size_t>(std::max<ssize_t>(count, 0));
-    if (done.status == visa::success && done.count < data.size())
-        done.status = visa::error_io;
-    return done;
+    transfer_t result;
+    while (result.status == visa::success && result.count < data.size()) {
+        const std::string_view rest = data.substr(result.count, piece_bytes);
+        const bool is_last = result.count + rest.size() == data.size();
+        // A late job may still use the piece.
+        if (!calls.is_idle_by(deadline)) {
+            result.status = visa::error_timeout;
+            break;
+        }
+        std::copy(rest.begin(), rest.end(), piece.begin());
+        result.status = perform(
+            [this, size = rest.size(), ends = end && is_last] { return send_piece(size, ends); },
+            deadline);
+        if (result.status == visa::success)
+            result.count += rest.size();
+    }
+    return result;
+}
+
+int usb_link_t::receive_piece(std::size_t size)
+{
+    const auto received = uninterrupted([&] { return ::read(node, piece.data(), size); });
+    if (received < 0)
+        return errno;
+    std::uint8_t attributes = 0;
+    if (const int error = control(node, USBTMC_IOCTL_MSG_IN_ATTR, &attributes))
+        return error;
+    piece_count = std::min(static_cast<std::size_t>(received), size);
+    piece_ends = (attributes & end_of_message) != 0;
+    // The driver reads nothing and succeeds when the instrument answers out of turn.
+    return piece_count == 0 && !piece_ends ? EIO : 0;
+}
+
+ViStatus usb_link_t::set_term_char(int term_char, deadline_t deadline)
+{
+    if (term_char == set_char)
+        return visa::success;
+    set_char = unknown_char; // also when the driver takes it after the deadline
+    const ViStatus status = perform(
+        [this, term_char] {
+            usbtmc_termchar setting{};
+            setting.term_char = static_cast<std::uint8_t>(std::max(term_char, 0));
+            setting.term_char_enabled = term_char >= 0 ? 1 : 0;
+            return control(node, USBTMC_IOCTL_CONFIG_TERMCHAR, &setting);
+        },
+        deadline);
+    if (status == visa::success)
+        set_char = term_char;
+    return status;
 }
 
 transfer_t usb_link_t::read(char *buffer, std::size_t size, int term_char, deadline_t deadline)
 {
-    transfer_t done;
-    usbtmc_termchar termination{static_cast<std::uint8_t>(std::max(term_char, 0)),
-                                static_cast<std::uint8_t>(term_char >= 0 ? 1 : 0)};
-    done.status = allow_until(deadline);
-    if (done.status == visa::success)
-        done.status = status_of(ioctl(node, USBTMC_IOCTL_CONFIG_TERMCHAR, &termination) >= 0);
-    const std::uint8_t ends = term_char >= 0 ? read_end | read_term_char : read_end;
-    std::uint8_t attributes = 0;
-    while (done.status == visa::success && done.count < size && (attributes & ends) == 0)
-        done.status = read_piece(done, buffer, size, attributes, deadline);
-    done.end = (attributes & read_end) != 0;
-    return done;
-}
-
-ViStatus usb_link_t::read_piece(transfer_t &done, char *buffer, std::size_t size,
-                                std::uint8_t &attributes, deadline_t deadline)
-{
-    ViStatus status = allow_until(deadline);
-    if (status != visa::success)
-        return status;
-    const ssize_t count = ::read(node, buffer + done.count, size - done.count);
-    status = status_of(count >= 0);
-    if (status != visa::success)
-        return status;
-    done.count += static_cast<std::size_t>(count);
-    status = status_of(ioctl(node, USBTMC_IOCTL_MSG_IN_ATTR, &attributes) >= 0);
-    // One that says nothing, and not why, would be asked for ever.
-    return status == visa::success && count == 0 && attributes == 0 ? visa::error_io : status;
+    transfer_t result;
+    // The instrument ends a transfer at the character, so that no byte behind it leaves it. One
+    // that cannot is asked for one byte after the other, to the same effect.
+    result.status = set_term_char(term_char, deadline);
+    const bool is_bytewise = result.status == visa::error_operation_not_supported;
+    if (is_bytewise)
+        result.status = visa::success;
+    bool is_complete = false;
+    while (result.status == visa::success && !is_complete && result.count < size) {
+        const std::size_t wanted = is_bytewise ? 1 : std::min(size - result.count, piece_bytes);
+        result.status = perform([this, wanted] { return receive_piece(wanted); }, deadline);
+        if (result.status != visa::success)
+            break;
+        std::copy_n(piece.begin(), piece_count, buffer + result.count);
+        result.count += piece_count;
+        result.end = piece_ends;
+        is_complete =
+            piece_ends || (term_char >= 0 && static_cast<unsigned char>(piece[piece_count - 1]) ==
+                                                 static_cast<unsigned>(term_char));
+    }
+    return result;
 }
 
 ViStatus usb_link_t::clear(deadline_t deadline)
 {
-    const ViStatus status = allow_until(deadline);
-    return status == visa::success ? status_of(ioctl(node, USBTMC_IOCTL_CLEAR) >= 0) : status;
+    return perform([this] { return control(node, USBTMC_IOCTL_CLEAR); }, deadline);
 }
 
-ViStatus usb_link_t::read_status_byte(ViUInt8 &byte, deadline_t deadline)
+ViStatus usb_link_t::read_status_byte(ViUInt8 &status, deadline_t deadline)
 {
-    const ViStatus status = allow_until(deadline);
-    return status == visa::success ? status_of(ioctl(node, USBTMC488_IOCTL_READ_STB, &byte) >= 0)
-                                   : status;
+    const ViStatus result =
+        perform([this] { return control(node, USBTMC488_IOCTL_READ_STB, &status_byte); }, deadline);
+    if (result == visa::success)
+        status = status_byte;
+    return result;
 }
 
 ViStatus usb_link_t::trigger(deadline_t deadline)
 {
-    const ViStatus status = allow_until(deadline);
-    return status == visa::success ? status_of(ioctl(node, USBTMC488_IOCTL_TRIGGER) >= 0) : status;
-}
-
-ViStatus usb_link_t::allow_until(deadline_t deadline)
-{
-    using std::chrono::milliseconds;
-    if (lost)
-        return visa::error_connection_lost;
-    const auto left = std::chrono::duration_cast<milliseconds>(deadline - io_clock_t::now());
-    auto time_ms = static_cast<std::uint32_t>(std::clamp<std::int64_t>(
-        left.count(), shortest_time_ms, std::numeric_limits<std::int32_t>::max()));
-    return status_of(ioctl(node, USBTMC_IOCTL_SET_TIMEOUT, &time_ms) >= 0);
-}
-
-ViStatus usb_link_t::status_of(bool succeeded)
-{
-    if (succeeded)
-        return visa::success;
-    const failure_row_t *const failure = failure_of(errno);
-    lost = failure == nullptr;
-    // The driver's own abort after a time-out does not reach the transfer that it means. Without a
-    // clear a late reply would answer the next query.
-    if (failure != nullptr && failure->clears)
-        lost = ioctl(node, USBTMC_IOCTL_CLEAR) < 0;
-    return failure == nullptr ? visa::error_connection_lost : failure->status;
+    return perform([this] { return control(node, USBTMC488_IOCTL_TRIGGER); }, deadline);
 }
 
 } // namespace visa_io

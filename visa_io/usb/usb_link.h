@@ -2,20 +2,22 @@
 #pragma once
 
 #include "visa_io/device_link.h"
+#include "visa_io/usb/background_call.h"
 
-#include <cstdint>
+#include <array>
+#include <atomic>
 
 namespace visa_io {
 
-/// An instrument behind the kernel's USBTMC driver (USBTMC with USB488, which the driver frames).
+/// A USB instrument through the kernel's usbtmc driver (USBTMC 1.0 and its subclass USB488), which
+/// frames the messages.
 ///
-/// The driver refuses time-outs below 100 ms: shorter ones are as long as that. A device clear,
-/// also the one after a time-out, takes as long as the driver lets it, 5 s on a device that does
-/// not even answer control requests.
-class usb_link_t : public device_link_t
+/// After a time-out or a failed transfer the instrument is cleared before anything else is sent to
+/// it, in the background. Closing waits for a call of the kernel that still runs.
+class usb_link_t final : public device_link_t
 {
 public:
-    /// Takes an open node of the driver over.
+    /// Takes the open node over.
     explicit usb_link_t(int open_node) : node(open_node) {}
     ~usb_link_t() override;
 
@@ -26,13 +28,29 @@ public:
     ViStatus trigger(deadline_t deadline) override;
 
 private:
-    ViStatus read_piece(transfer_t &done, char *buffer, std::size_t size, std::uint8_t &attributes,
-                        deadline_t deadline);
-    ViStatus allow_until(deadline_t deadline);
-    ViStatus status_of(bool succeeded);
+    using job_t = background_call_t::job_t;
+
+    /// With its header and padding one transfer of the driver, which has one time-out then.
+    static constexpr std::size_t piece_bytes = 4080;
+
+    ViStatus perform(const job_t &job, deadline_t deadline);
+    ViStatus set_term_char(int term_char, deadline_t deadline);
+    int send_piece(std::size_t size, bool end) const;
+    int receive_piece(std::size_t size);
+    int recover();
 
     const int node;
-    bool lost = false;
+    bool is_lost = false;
+    int set_char = -1; ///< the termination character that the driver knows; -1: none
+
+    // Written by a job; read only when it has ended.
+    std::array<char, piece_bytes> piece{};
+    std::size_t piece_count = 0;
+    bool piece_ends = false;
+    ViUInt8 status_byte = 0;
+
+    std::atomic<bool> needs_recovery = false; ///< the instrument is to be cleared first
+    background_call_t calls;
 };
 
 } // namespace visa_io

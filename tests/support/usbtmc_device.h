@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "sim/bus/bus.h"
+
+#include <atomic>
+#include <memory>
+#include <string>
+#include <umockdev.h>
+#include <vector>
+
+/// A simulated instrument on USB as programs under umockdev see it: its folders in /sys and the
+/// node of the kernel's usbtmc driver with reads, writes and what else the driver answers. As in
+/// the driver, all who opened the node share one exchange, and a waiting read delays them.
+class usbtmc_device_t
+{
+public:
+    struct identity_t
+    {
+        std::string node; ///< "usbtmc0"
+        std::string vendor;
+        std::string product;
+        std::string serial; ///< empty: has none
+        std::string interface = "00";
+    };
+
+    /// Plugs it in; `bus` and `place` are the instrument behind it.
+    usbtmc_device_t(UMockdevTestbed &testbed, sim::bus_t &bus, sim::place_t place,
+                    const identity_t &identity);
+    ~usbtmc_device_t();
+    usbtmc_device_t(const usbtmc_device_t &) = delete;
+    usbtmc_device_t &operator=(const usbtmc_device_t &) = delete;
+
+    /// Takes the node away, in the middle of whatever goes on, and brings it back.
+    void unplug();
+    void plug();
+
+    /// The file behind the node, whose permissions are the node's.
+    std::string node_file() const;
+
+    bool refuses_term_char = false; ///< as an instrument without that ability
+    std::atomic<int> clears = 0;    ///< device clears received
+    std::atomic<int> triggers = 0;
+    std::atomic<int> writes = 0;
+    std::atomic<bool> is_reading = false; ///< somebody waits for a reply
+    std::atomic<int> stalls_for_ms = 0;   ///< as long every call takes longer than it may
+
+private:
+    using answer_t = long; ///< negative: an errno
+
+    template <answer_t (usbtmc_device_t::*handle)(UMockdevIoctlClient &)>
+    static gboolean answer(UMockdevIoctlBase *, UMockdevIoctlClient *client, gpointer device);
+    answer_t read(UMockdevIoctlClient &client);
+    answer_t write(UMockdevIoctlClient &client);
+    answer_t control(UMockdevIoctlClient &client);
+    answer_t set_timeout(unsigned value);
+
+    const identity_t identity;
+    UMockdevTestbed &testbed;
+    sim::bus_t &bus;
+    const sim::place_t place;
+    UMockdevIoctlBase *handler = nullptr;
+    std::vector<std::string> folders; ///< in /sys: the device and what is in it
+    std::shared_ptr<sim::bus_session_t> session;
+    std::atomic<bool> is_plugged = false;
+    unsigned timeout_ms = 5000;
+    bool sends_end = true;
+    int term_char = -1;
+    unsigned char attributes = 0;
+};
