@@ -59,6 +59,9 @@ const row_t rows[] = {
      lan_queries,
      "IP Setting=Fixed IP|IP Address:=192.168.1.150|Subnet Mask:=255.255.255.0|"
      "Standard Gateway:=192.168.1.1|Hostname:=主机-ü|Mac Address:=00:1E:C0:44:00:01"},
+    {"LAN: invalid addresses", "LAN", "SHOW:LAN:IP?=192.168.1.300\n|SHOW:LAN:GW?=none\n",
+     "IP Address:=10.0.0.9|Refresh", lan_queries,
+     "IP Address:=10.0.0.9|Subnet Mask:=255.255.255.0|Standard Gateway:=..."},
     {"LAN: refresh breaks off", "LAN", "SHOW:LAN:DHCP?=0\n",
      "Refresh|IP Address:=10.0.0.9|read 3|Refresh",
      lan_queries + "|SHOW:LAN:DHCP?|SHOW:LAN:IP?|SHOW:LAN:SNMask?",
@@ -153,9 +156,11 @@ void test_device_dialogs::window_is_wrong_or_return_does_something()
         QVERIFY(dialog.minimumSizeHint().width() <= width);
         QVERIFY(!dialog.windowFlags().testFlag(Qt::WindowContextHelpButtonHint));
         simulator.take_texts();
+        const quint64 reads = simulator.calls(CORVANE_SIM_READ);
         QCOMPARE(press_return_everywhere(dialog).join('|'), tab_stops);
-        // In the console it queries from both fields and "Query", and presses "Write".
+        // In the console it queries from both fields and "Query", and presses "Write" and "Read".
         QCOMPARE(simulator.take_texts().size(), title == "SCPI" ? 4 : 0);
+        QCOMPARE(simulator.calls(CORVANE_SIM_READ) - reads, title == "SCPI" ? 4U : 0U);
     }));
 }
 

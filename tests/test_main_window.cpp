@@ -5,6 +5,7 @@
 #include "ui/ui_central_widget.h"
 
 #include <QDesktopServices>
+#include <QGroupBox>
 #include <QMenuBar>
 #include <QToolButton>
 #include <QtTest/QTest>
@@ -104,6 +105,7 @@ void test_main_window::constructor_leaves_a_panel_out()
             if (candidate->metaObject()->className() == name)
                 panel = candidate;
         QVERIFY2(panel != nullptr, qPrintable(name));
+        QCOMPARE(qobject_cast<const QGroupBox *>(panel->parent())->title(), "PORT");
         QCOMPARE(panel->styleSheet(),
                  name + "#portControlWidget{border-image:url(:/image/panel.png)}");
         const auto buttons = panel->findChildren<QToolButton *>();
