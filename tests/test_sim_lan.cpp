@@ -3,7 +3,6 @@
 #include "rpc/vxi11.h"
 #include "sim/bus/bus.h"
 #include "sim/lan/port_mapper.h"
-#include "sim/lan/raw_conversation.h"
 #include "sim/lan/rpc_conversation.h"
 #include "sim/lan/vxi11_service.h"
 
@@ -151,40 +150,11 @@ class test_sim_lan : public QObject
     Q_OBJECT
 
 private slots:
-    void message_or_reply_is_cut_wrongly();
     void reply_comes_at_the_wrong_time();
     void lock_is_ignored_or_never_ends();
     void call_that_is_not_served_is_believed();
-    void link_outlives_its_instrument_or_client();
     void port_mapper_sends_clients_astray();
-    void raw_line_is_misread();
 };
-
-void test_sim_lan::message_or_reply_is_cut_wrongly()
-{
-    network_t network;
-    client_t client(network);
-    const std::uint32_t link = client.open("INST0");
-    QCOMPARE(link, 1U);
-    // A message ends with END, or with a line feed, and not before.
-    QCOMPARE(client.write(link, "ADD:ROUT", 0), 0U);
-    QCOMPARE(client.write(link, "e A3", flag_end), 0U);
-    QCOMPARE(client.write(link, "ROUTes?\n", 0), 0U);
-    QCOMPARE(client.read(link, 2), "3,|1");
-    QCOMPARE(client.read(link, 100, ','), "14,|2");
-    QCOMPARE(client.read(link, 2, ','), "9,|3");
-    QCOMPARE(client.read(link, 0), "|1");
-    QCOMPARE(client.read(link, 2), "0|5");
-    QCOMPARE(client.write(link, "ROUTes?"), 0U);
-    QCOMPARE(client.read(link, 100, '\n'), "3,14,9,0|6");
-
-    // Longer than any message: refused, and forgotten.
-    const std::string much(vxi11_service_t::most_message_bytes - 100, ' ');
-    QCOMPARE(client.write(link, much, 0), 0U);
-    QCOMPARE(client.write(link, std::string(200, ' '), 0), 17U);
-    QCOMPARE(client.write(link, "ROUTes?"), 0U);
-    QCOMPARE(client.read(link), "3,14,9,0|4");
-}
 
 void test_sim_lan::reply_comes_at_the_wrong_time()
 {
@@ -214,11 +184,7 @@ void test_sim_lan::lock_is_ignored_or_never_ends()
     client_t other(network);
     const std::uint32_t owners = owner->open();
     const std::uint32_t others = other.open();
-    other.write(others, "ROUTes?");
     QCOMPARE(owner->lock(owners), 0U);
-    QCOMPARE(owner->lock(owners, flag_wait_lock), 11U);
-    QCOMPARE(owner->write(owners, "ROUTes?"), 0U);
-    QCOMPARE(owner->read(owners), "0,14,9,0|4");
     for (const std::uint32_t flags : {0U, flag_wait_lock})
         QCOMPARE(other.lock(others, flags), 11U);
     QCOMPARE(other.read(others), "error 11");
@@ -231,7 +197,6 @@ void test_sim_lan::lock_is_ignored_or_never_ends()
 
     QCOMPARE(owner->unlock(owners), 0U);
     QVERIFY(network.links.take_change());
-    QCOMPARE(other.read(others), "0,14,9,0|4");
     const auto second = other.call<create_link_result_t>(procedure_t::create_link, locking);
     QCOMPARE(second.error, 0U);
     QCOMPARE(owner->lock(owners), 11U);
@@ -264,24 +229,15 @@ void test_sim_lan::call_that_is_not_served_is_believed()
     QCOMPARE(status_of(0), 0U);
     QCOMPARE(status_of(11), 4U); // too few arguments
     QCOMPARE(status_of(0, 395'185), 1U);
+    // Longer than any message: refused, and forgotten.
+    const std::string much(vxi11_service_t::most_message_bytes - 100, ' ');
+    QCOMPARE(client.write(link, much, 0), 0U);
+    QCOMPARE(client.write(link, std::string(200, ' '), 0), 17U);
+    QCOMPARE(client.write(link, "ROUTes?"), 0U);
+    QCOMPARE(client.read(link), "0,14,9,0|4");
     for (std::size_t more = 1; more < vxi11_service_t::most_links; ++more)
         QVERIFY(client.open() != 0);
     QCOMPARE(client.open(), 0U);
-}
-
-void test_sim_lan::link_outlives_its_instrument_or_client()
-{
-    network_t network;
-    client_t rebooting(network);
-    client_t other(network);
-    QVERIFY(other.open() != 0);
-    QCOMPARE(rebooting.write(rebooting.open(), "REBOOT"), 0U);
-    QVERIFY(network.links.take_change());
-    // Both connections are closed, and no new link is made until the instrument is back.
-    QVERIFY(other.result<error_result_t>({}, false).ended);
-    client_t early(network);
-    QCOMPARE(early.open(), 0U);
-    QTRY_VERIFY(early.open() != 0);
 }
 
 void test_sim_lan::port_mapper_sends_clients_astray()
@@ -306,40 +262,6 @@ void test_sim_lan::port_mapper_sends_clients_astray()
         answer_call(mapper, QByteArray::fromHex(call).toStdString(), false, reply, until);
         QCOMPARE(QByteArray::fromStdString(reply.substr(20)), QByteArray::fromHex(answer));
     }
-}
-
-void test_sim_lan::raw_line_is_misread()
-{
-    using state_t = progress_t::state_t;
-    network_t network(soon_ms);
-    raw_conversation_t conversation(network.bus, 0, network.links);
-    client_t other(network);
-    const std::uint32_t link = other.open();
-    std::string_view input = "ADD:ROUTe A3\r\nROUTes?\n*ID";
-    std::string output;
-    progress_t progress;
-    const auto advance = [&] {
-        do
-            progress = conversation.advance(input, output);
-        while (progress.state == state_t::going_on);
-        return progress.state;
-    };
-    QCOMPARE(advance(), state_t::waiting);
-    QCOMPARE(input, std::string_view("*ID"));
-    std::this_thread::sleep_until(progress.until);
-    QCOMPARE(advance(), state_t::hungry);
-    QCOMPARE(output, std::string("3,14,9,0\n"));
-    QCOMPARE(other.lock(link), 0U);
-    input = "N?\n";
-    QCOMPARE(advance(), state_t::waiting);
-    QCOMPARE(other.unlock(link), 0U);
-    QCOMPARE(advance(), state_t::waiting);
-    std::this_thread::sleep_until(progress.until);
-    QCOMPARE(advance(), state_t::hungry);
-    QCOMPARE(output, std::string("3,14,9,0\nTMX,TMX5044,SN44001,1.0.0\n"));
-    const std::string endless(raw_conversation_t::most_line_bytes + 1, 'A');
-    input = endless;
-    QCOMPARE(advance(), state_t::finished);
 }
 
 QTEST_GUILESS_MAIN(test_sim_lan)

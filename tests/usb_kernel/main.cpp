@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
+#include "sim/usb/plugged_instrument.h"
 #include "tests/usb_kernel/checks.h"
 #include "tests/usb_kernel/client.h"
-#include "tests/usb_kernel/plugged_instrument.h"
 
 #include <algorithm>
 #include <exception>
@@ -42,8 +42,8 @@ int main()
     sim::fleet_t fleet = sim::default_fleet();
     fleet.instruments[bench.late_place].response_delay = bench_t::late_reply;
     bench.bus.load(fleet);
-    const plugged_instrument_t prompt(bench.bus, bench.prompt_place, 0);
-    const plugged_instrument_t late(bench.bus, bench.late_place, 1);
+    const sim::usb::plugged_instrument_t prompt(bench.bus, bench.prompt_place, 0);
+    const sim::usb::plugged_instrument_t late(bench.bus, bench.late_place, 1);
     const auto checks = all_checks();
     const auto passed = std::count_if(checks.begin(), checks.end(), [&bench](const check_t &check) {
         return passes(check, bench);

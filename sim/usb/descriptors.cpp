@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "tests/usb_kernel/descriptors.h"
+#include "sim/usb/descriptors.h"
 
-namespace usb_kernel {
+namespace sim::usb {
 
 namespace {
 
@@ -84,4 +84,4 @@ usb_answer_t descriptor(const usb_identity_t &identity, const usb_setup_t &setup
     }
 }
 
-} // namespace usb_kernel
+} // namespace sim::usb

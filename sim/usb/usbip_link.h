@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-namespace usb_kernel {
+namespace sim::usb {
 
 /// What a transfer has come to, in the kernel's numbers.
 enum class urb_status_t : std::int32_t {
@@ -59,4 +59,4 @@ private:
     int descriptor;
 };
 
-} // namespace usb_kernel
+} // namespace sim::usb

@@ -2,13 +2,13 @@
 #pragma once
 
 #include "sim/bus/bus.h"
-#include "tests/usb_kernel/descriptors.h"
+#include "sim/usb/descriptors.h"
 
 #include <atomic>
 #include <string>
 #include <thread>
 
-namespace usb_kernel {
+namespace sim::usb {
 
 /// An instrument of the bus in a socket of the kernel's virtual host controller: plugged in
 /// whenever it is on the bus, from a thread of its own.
@@ -16,7 +16,7 @@ class plugged_instrument_t
 {
 public:
     /// `socket` counts from 0. The bus has to outlive this object.
-    plugged_instrument_t(sim::bus_t &its_bus, sim::place_t its_place, unsigned its_socket);
+    plugged_instrument_t(bus_t &its_bus, place_t its_place, unsigned its_socket);
 
     /// Pulls the plug.
     ~plugged_instrument_t();
@@ -25,14 +25,14 @@ public:
 
 private:
     void run();
-    void serve_once(std::shared_ptr<sim::bus_session_t> session) const;
+    void serve_once(std::shared_ptr<bus_session_t> session) const;
     usb_identity_t identity() const;
 
-    sim::bus_t &bus;
-    const sim::place_t place;
+    bus_t &bus;
+    const place_t place;
     const unsigned socket;
     std::atomic<bool> stopping{false};
     std::thread thread;
 };
 
-} // namespace usb_kernel
+} // namespace sim::usb

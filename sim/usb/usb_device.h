@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "tests/usb_kernel/descriptors.h"
-#include "tests/usb_kernel/usbip_link.h"
-#include "tests/usb_kernel/usbtmc_interface.h"
+#include "sim/usb/descriptors.h"
+#include "sim/usb/usbip_link.h"
+#include "sim/usb/usbtmc_interface.h"
 
 #include <deque>
 
-namespace usb_kernel {
+namespace sim::usb {
 
 /// A USB device with a simulated instrument in it, as long as its plug is in.
 class usb_device_t
@@ -35,4 +35,4 @@ private:
     std::deque<urb_t> waiting; ///< inward transfers, oldest first
 };
 
-} // namespace usb_kernel
+} // namespace sim::usb

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
-#include "tests/usb_kernel/plugged_instrument.h"
+#include "sim/usb/plugged_instrument.h"
 
-#include "tests/usb_kernel/usb_device.h"
+#include "sim/usb/usb_device.h"
 
 #include <array>
 #include <fstream>
 #include <sys/socket.h>
 #include <unistd.h>
 
-namespace usb_kernel {
+namespace sim::usb {
 
 namespace {
 
@@ -25,8 +25,7 @@ bool attach(unsigned socket, int host_end)
 
 } // namespace
 
-plugged_instrument_t::plugged_instrument_t(sim::bus_t &its_bus, sim::place_t its_place,
-                                           unsigned its_socket)
+plugged_instrument_t::plugged_instrument_t(bus_t &its_bus, place_t its_place, unsigned its_socket)
     : bus(its_bus), place(its_place), socket(its_socket), thread([this] { run(); })
 {
 }
@@ -47,7 +46,7 @@ void plugged_instrument_t::run()
     }
 }
 
-void plugged_instrument_t::serve_once(std::shared_ptr<sim::bus_session_t> session) const
+void plugged_instrument_t::serve_once(std::shared_ptr<bus_session_t> session) const
 {
     std::array<int, 2> ends{};
     if (socketpair(AF_UNIX, SOCK_STREAM, 0, ends.data()) != 0)
@@ -68,4 +67,4 @@ usb_identity_t plugged_instrument_t::identity() const
             name.serial_number};
 }
 
-} // namespace usb_kernel
+} // namespace sim::usb

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-#include "tests/usb_kernel/usbtmc_interface.h"
+#include "sim/usb/usbtmc_interface.h"
 
-#include "tests/usb_kernel/descriptors.h"
+#include "sim/usb/descriptors.h"
 
 #include <algorithm>
 #include <utility>
 
-namespace usb_kernel {
+namespace sim::usb {
 
 namespace {
 
@@ -98,7 +98,7 @@ bool usbtmc_interface_t::accept_request(std::string_view header)
 void usbtmc_interface_t::prepare_reply()
 {
     const auto due = session->reply_due();
-    if (!request || !inward.empty() || short_packet_due || !due || *due > sim::bus_clock_t::now())
+    if (!request || !inward.empty() || short_packet_due || !due || *due > bus_clock_t::now())
         return;
     std::string data(request->most_bytes, '\0');
     const auto read = session->read(data.data(), data.size(), sim::at_once, request->term_char);
@@ -137,4 +137,4 @@ void usbtmc_interface_t::clear_halt(std::uint8_t endpoint)
         out_halted = false;
 }
 
-} // namespace usb_kernel
+} // namespace sim::usb

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "tests/usb_kernel/usbip_link.h"
+#include "sim/usb/usbip_link.h"
 
 #include "rpc/xdr.h"
 
@@ -8,7 +8,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-namespace usb_kernel {
+namespace sim::usb {
 
 namespace {
 
@@ -106,4 +106,4 @@ void usbip_link_t::send(std::string_view bytes) const
     }
 }
 
-} // namespace usb_kernel
+} // namespace sim::usb

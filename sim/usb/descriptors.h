@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "tests/usb_kernel/usb_setup.h"
+#include "sim/usb/usb_setup.h"
 
 #include <cstdint>
 #include <string>
 
-namespace usb_kernel {
+namespace sim::usb {
 
 /// Endpoints of the instrument, with the direction.
 constexpr std::uint8_t bulk_out_endpoint = 0x01;
@@ -30,4 +30,4 @@ struct usb_identity_t
 /// USBTMC with subclass USB488, with an interrupt endpoint.
 usb_answer_t descriptor(const usb_identity_t &identity, const usb_setup_t &setup);
 
-} // namespace usb_kernel
+} // namespace sim::usb

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "sim/bus/bus_session.h"
-#include "tests/usb_kernel/usb_setup.h"
+#include "sim/usb/usb_setup.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -11,7 +11,7 @@
 #include <string>
 #include <string_view>
 
-namespace usb_kernel {
+namespace sim::usb {
 
 /// The USBTMC interface (USBTMC 1.0 with USB488) of a simulated instrument.
 ///
@@ -21,7 +21,7 @@ namespace usb_kernel {
 class usbtmc_interface_t
 {
 public:
-    explicit usbtmc_interface_t(std::shared_ptr<sim::bus_session_t> its_session)
+    explicit usbtmc_interface_t(std::shared_ptr<bus_session_t> its_session)
         : session(std::move(its_session))
     {
     }
@@ -61,7 +61,7 @@ private:
     std::string clear();
     std::string read_status_byte(std::uint8_t tag);
 
-    std::shared_ptr<sim::bus_session_t> session;
+    std::shared_ptr<bus_session_t> session;
     std::string outward; ///< the bytes of a transfer so far
     bool out_halted = false;
     std::optional<reply_request_t> request; ///< until the reply is fetched whole
@@ -70,4 +70,4 @@ private:
     std::optional<std::string> interrupt;
 };
 
-} // namespace usb_kernel
+} // namespace sim::usb

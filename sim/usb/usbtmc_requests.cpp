@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The requests of the class that usbtmc_interface_t answers on the control endpoint.
-#include "tests/usb_kernel/usbtmc_interface.h"
+#include "sim/usb/usbtmc_interface.h"
 
-namespace usb_kernel {
+namespace sim::usb {
 
 namespace {
 
@@ -105,4 +105,4 @@ std::string usbtmc_interface_t::read_status_byte(std::uint8_t tag)
     return little_endian(succeeded, 1) + little_endian(tag, 2);
 }
 
-} // namespace usb_kernel
+} // namespace sim::usb

@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-namespace usb_kernel {
+namespace sim::usb {
 
 /// The request of a control transfer (USB 2.0, chapter 9.3).
 struct usb_setup_t
@@ -47,4 +47,4 @@ inline std::string little_endian(std::size_t number, unsigned count)
     return bytes;
 }
 
-} // namespace usb_kernel
+} // namespace sim::usb

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "tests/usb_kernel/usb_device.h"
+#include "sim/usb/usb_device.h"
 
 #include <algorithm>
 
-namespace usb_kernel {
+namespace sim::usb {
 
 namespace {
 
@@ -99,4 +99,4 @@ void usb_device_t::end_waiting()
     }
 }
 
-} // namespace usb_kernel
+} // namespace sim::usb
