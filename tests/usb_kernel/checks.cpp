@@ -96,14 +96,6 @@ void block_with_zeros_arrives_whole(bench_t &bench)
     client.query("*CLS;*OPC?");
 }
 
-void silence_costs_one_query_only(bench_t &bench)
-{
-    const client_t client(bench.name(bench.prompt_place));
-    expect_status(client.write("*CLS").status, visa::success, "write");
-    expect_time_out(client);
-    expect(client.query("*IDN?") == identity, "the next query is answered");
-}
-
 void late_reply_answers_no_other_query(bench_t &bench)
 {
     const client_t client(bench.name(bench.late_place));
@@ -145,13 +137,6 @@ void trigger_arrives(bench_t &bench)
     const auto before = triggers();
     expect_status(client.trigger(), visa::success, "trigger");
     expect(triggers() == before + 1, "one trigger arrives");
-}
-
-void two_clients_share_an_instrument(bench_t &bench)
-{
-    const client_t one(bench.name(bench.prompt_place)), other(bench.name(bench.prompt_place));
-    expect(one.query("*IDN?") == identity, "one is answered");
-    expect(other.query("*OPC?") == "1\n", "the other is answered");
 }
 
 /// A read that waits for one instrument does not hold up another.
@@ -215,12 +200,10 @@ std::vector<check_t> all_checks()
         {"reply is read in parts", reply_is_read_in_parts},
         {"reply of any size is whole", reply_of_any_size_is_whole},
         {"block with zeros arrives whole", block_with_zeros_arrives_whole},
-        {"silence costs one query only", silence_costs_one_query_only},
         {"late reply answers no other query", late_reply_answers_no_other_query},
         {"clear drops the reply", clear_drops_the_reply},
         {"status byte tells of the reply", status_byte_tells_of_the_reply},
         {"trigger arrives", trigger_arrives},
-        {"two clients share an instrument", two_clients_share_an_instrument},
         {"waiting read delays no other", waiting_read_delays_no_other},
         {"pulled plug ends a read", pulled_plug_ends_a_read},
         {"reboot is survived", reboot_is_survived},
