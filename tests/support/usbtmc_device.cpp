@@ -178,9 +178,6 @@ usbtmc_device_t::answer_t usbtmc_device_t::control(UMockdevIoctlClient &client)
     case USBTMC488_IOCTL_READ_STB:
         session->read_status_byte(status);
         return store_byte(client, status);
-    case USBTMC_IOCTL_ABORT_BULK_OUT:
-    case USBTMC_IOCTL_ABORT_BULK_IN:
-        return 0;
     case USBTMC_IOCTL_CLEAR:
         ++clears;
         session->clear();

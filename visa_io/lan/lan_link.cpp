@@ -173,11 +173,12 @@ ViStatus lan_link_t::open(deadline_t deadline)
 
 ViStatus lan_link_t::ensure_link(deadline_t latest)
 {
-    if (state == state_t::unlinked && open(latest) == visa::error_connection_lost)
+    if (state != state_t::unlinked)
+        return state == state_t::linked ? visa::success : visa::error_connection_lost;
+    const ViStatus status = open(latest);
+    if (status == visa::error_connection_lost)
         state = state_t::lost;
-    if (state == state_t::linked)
-        return visa::success;
-    return state == state_t::lost ? visa::error_connection_lost : visa::error_timeout;
+    return status;
 }
 
 transfer_t lan_link_t::write(std::string_view data, bool end, deadline_t deadline)

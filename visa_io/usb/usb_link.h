@@ -13,7 +13,7 @@ namespace visa_io {
 /// frames the messages.
 ///
 /// After a time-out or a failed transfer the instrument is cleared before anything else is sent to
-/// it, in the background. Closing waits for a call of the kernel that still runs.
+/// it, in the background. Closing waits for the calls of the kernel that still run.
 class usb_link_t final : public device_link_t
 {
 public:
@@ -37,11 +37,14 @@ private:
     ViStatus set_term_char(int term_char, deadline_t deadline);
     int send_piece(std::size_t size, bool end) const;
     int receive_piece(std::size_t size);
+    int in_time() const;
     int recover();
 
     const int node;
     bool is_lost = false;
     int set_char = -1; ///< the termination character that the driver knows; -1: none
+
+    deadline_t given_up_at{}; ///< the caller of the job that runs waits until then
 
     // Written by a job; read only when it has ended.
     std::array<char, piece_bytes> piece{};
