@@ -54,5 +54,6 @@ installed. A vendor's goes before. Other programs can use the library when
 they are told to, as with PYVISA_LIBRARY.")
 set(CPACK_DEBIAN_CORVANE-VISA_PACKAGE_SECTION libs)
 set(CPACK_DEBIAN_CORVANE-VISA_PACKAGE_SUGGESTS corvane)
+set(CPACK_DEBIAN_CORVANE-VISA_PACKAGE_CONTROL_EXTRA "${CMAKE_CURRENT_SOURCE_DIR}/debian/postinst")
 
 include(CPack)
