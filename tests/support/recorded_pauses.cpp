@@ -16,15 +16,8 @@ recorded_pauses_t &recorded_pauses_t::instance()
 void recorded_pauses_t::reset()
 {
     const std::lock_guard<std::mutex> lock(mutex);
-    pauses.clear();
     called = nullptr;
     waited_for = false;
-}
-
-std::vector<unsigned long> recorded_pauses_t::take()
-{
-    const std::lock_guard<std::mutex> lock(mutex);
-    return std::exchange(pauses, {});
 }
 
 void recorded_pauses_t::wait_for_real(bool real)
@@ -42,7 +35,6 @@ void recorded_pauses_t::on_pause(listener_t listener)
 void recorded_pauses_t::pause(unsigned long milliseconds)
 {
     std::unique_lock<std::mutex> lock(mutex);
-    pauses.push_back(milliseconds);
     const auto listener = called;
     const bool wait = waited_for;
     // The listener may pause itself, and other threads go on meanwhile.

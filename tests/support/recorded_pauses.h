@@ -4,11 +4,10 @@
 #include <functional>
 #include <memory>
 #include <mutex>
-#include <vector>
 
 /// The pauses that the program's code makes in a test program, which links its own `pause_ms` in
-/// place of the program's. They are noted and, unless a test asks for it, not waited for. Every
-/// operation may be called from any thread.
+/// place of the program's. They are told to who listens and, unless a test asks for it, not waited
+/// for. Every operation may be called from any thread.
 class recorded_pauses_t
 {
 public:
@@ -16,10 +15,8 @@ public:
 
     static recorded_pauses_t &instance();
 
-    /// Forgets the pauses and the listener, and waits no more.
+    /// Forgets the listener, and waits no more.
     void reset();
-    /// The lengths in milliseconds of the pauses since the last call or reset, oldest first.
-    std::vector<unsigned long> take();
     /// Lets pauses last as long as they say, or not at all.
     void wait_for_real(bool real);
     /// Calls `listener` in every pause, in the thread that pauses; null calls nothing.
@@ -30,7 +27,6 @@ public:
 
 private:
     std::mutex mutex;
-    std::vector<unsigned long> pauses;
     std::shared_ptr<const listener_t> called;
     bool waited_for = false;
 };
