@@ -8,6 +8,7 @@
 #include "tests/support/simulator.h"
 #include "ui/dialog/ui_upgrade_dialog.h"
 #include "upgrade/accepted_id.h"
+#include "upgrade/upgrade_thread.h"
 
 #include <QApplication>
 #include <QFileDialog>
@@ -46,31 +47,6 @@ void hold_second_block(const std::function<void()> &open)
     });
 }
 
-/// Counts the signals of an upgrade between two looks at the input.
-class patience_meter_t : public QObject
-{
-public:
-    explicit patience_meter_t(QWidget &window)
-    {
-        window.installEventFilter(this);
-        connect(&timer, &QTimer::timeout, &window,
-                [this] { most_signals = qMax(most_signals, std::exchange(signal_count, 0)); });
-        timer.start(1);
-    }
-
-    int most_signals = 0;
-
-private:
-    bool eventFilter(QObject * /*window*/, QEvent *event) override
-    {
-        signal_count += event->type() == QEvent::MetaCall ? 1 : 0;
-        return false;
-    }
-
-    QTimer timer;
-    int signal_count = 0;
-};
-
 } // namespace
 
 class test_upgrade_dialog : public QObject
@@ -86,7 +62,6 @@ private slots:
     void package_is_sent_twice_or_incompletely();
     void failure_looks_like_success();
     void closing_stops_a_transfer();
-    void end_of_the_program_breaks_a_transfer_data();
     void end_of_the_program_breaks_a_transfer();
     void empty_segments_freeze_the_window();
 
@@ -181,24 +156,25 @@ void test_upgrade_dialog::accepted_identifiers_are_mixed_up()
 
 void test_upgrade_dialog::bar_leaves_its_range()
 {
-    dialog->init_progress_bar_slot(100, 3);
-    QCOMPARE(bar(), 1);
-    for (int done = 0; done <= 100; ++done) {
-        dialog->set_progress_bar_slot(static_cast<ulong>(done), true);
-        QCOMPARE(bar(), qMin(done, 99));
+    // In 32 bits, which the product of the largest goes beyond.
+    const struct
+    {
+        ulong total, done;
+        int value;
+    } rows[] = {{100, 0, 0},
+                {100, 99, 99},
+                {100, 100, 99},
+                {1000, 9, 1},
+                {1000, 509, 50},
+                {50'000'000, 42'900'000, 85},
+                {50'000'000, 43'000'000, 1},
+                {0, 0, 0}};
+    for (const auto &row : rows) {
+        dialog->init_progress_bar_slot(row.total, 3);
+        QCOMPARE(bar(), 1);
+        dialog->set_progress_bar_slot(row.done, true);
+        QCOMPARE(bar(), row.value);
     }
-    dialog->init_progress_bar_slot(1000, 3);
-    dialog->set_progress_bar_slot(9, true);
-    QCOMPARE(bar(), 1);
-    // In 32 bits, which the product of these goes beyond.
-    dialog->init_progress_bar_slot(50'000'000, 3);
-    dialog->set_progress_bar_slot(42'900'000, true);
-    QCOMPARE(bar(), 85);
-    dialog->set_progress_bar_slot(43'000'000, true);
-    QCOMPARE(bar(), 1);
-    dialog->init_progress_bar_slot(0, 3);
-    dialog->set_progress_bar_slot(0, true);
-    QCOMPARE(bar(), 0);
 }
 
 void test_upgrade_dialog::wrong_or_cancelled_file_is_sent()
@@ -262,61 +238,60 @@ void test_upgrade_dialog::closing_stops_a_transfer()
     QCOMPARE(said().size(), 4);
 }
 
-void test_upgrade_dialog::end_of_the_program_breaks_a_transfer_data()
-{
-    QTest::addColumn<quint32>("type");
-    QTest::addColumn<QByteArray>("moment");
-    QTest::addColumn<QString>("box");
-    QTest::addColumn<bool>("by_window");
-    QTest::newRow("exit between blocks") << 3U << QByteArray("UPGRADE ") << QString() << false;
-    QTest::newRow("window closed") << 3U << QByteArray("UPGRADE ") << QString() << true;
-    QTest::newRow("exit with a box") << 3U << QByteArray("UPGRADE ") << "Upgrading!" << false;
-    QTest::newRow("exit before the announcement") << 1U << loader_text << QString() << false;
-    QTest::newRow("exit before the start") << 3U << QByteArray() << "Upgrade begin!" << false;
-}
-
 void test_upgrade_dialog::end_of_the_program_breaks_a_transfer()
 {
-    QFETCH(quint32, type);
-    QFETCH(QByteArray, moment);
-    QFETCH(QString, box);
-    QFETCH(bool, by_window);
-    QWidget main_window;
-    main_window.show();
-    choose(folder.write(QStringLiteral("a.ADS"), make_package(44, {{type, pattern(200'000)}})));
-    boxes.leave_until_another(box);
-    // Of its own accord a program ends so, but not one of QtTest.
-    connect(qApp, &QGuiApplication::lastWindowClosed, &main_window, &QCoreApplication::quit);
-    QByteArrayList texts;
-    QTimer timer;
-    connect(&timer, &QTimer::timeout, &main_window, [&] {
-        texts += simulator.take_texts();
-        const bool is_asked =
-            qobject_cast<QMessageBox *>(QApplication::activeModalWidget()) != nullptr;
-        const bool is_now =
-            moment.isEmpty() ? is_asked : texts.value(texts.size() - 1).startsWith(moment);
-        if (!is_now)
-            return;
-        timer.stop();
-        QTimer::singleShot(1, &main_window, [&main_window, by_window] {
-            by_window ? void(main_window.close()) : QCoreApplication::exit(0);
+    const struct
+    {
+        quint32 type;
+        QByteArray moment; ///< the beginning of the last text; empty when a box is up
+        QString box;
+        bool by_window = false;
+    } rows[] = {{3, "UPGRADE ", "", false},
+                {3, "UPGRADE ", "", true},
+                {3, "UPGRADE ", "Upgrading!"},
+                {1, loader_text, ""},
+                {3, "", "Upgrade begin!"}};
+    for (const auto &row : rows) {
+        init();
+        QWidget main_window;
+        main_window.show();
+        choose(folder.write(QStringLiteral("a.ADS"),
+                            make_package(44, {{row.type, pattern(200'000)}})));
+        boxes.leave_until_another(row.box);
+        // Of its own accord a program ends so, but not one of QtTest.
+        connect(qApp, &QGuiApplication::lastWindowClosed, &main_window, &QCoreApplication::quit);
+        QByteArrayList texts;
+        QTimer timer;
+        connect(&timer, &QTimer::timeout, &main_window, [&] {
+            texts += simulator.take_texts();
+            const bool is_asked =
+                qobject_cast<QMessageBox *>(QApplication::activeModalWidget()) != nullptr;
+            const bool is_now = row.moment.isEmpty()
+                                    ? is_asked
+                                    : texts.value(texts.size() - 1).startsWith(row.moment);
+            if (!is_now)
+                return;
+            timer.stop();
+            QTimer::singleShot(1, &main_window, [&main_window, &row] {
+                row.by_window ? void(main_window.close()) : QCoreApplication::exit(0);
+            });
+            if (!row.box.isEmpty() && !row.moment.isEmpty())
+                dialog->close();
         });
-        if (!box.isEmpty() && !moment.isEmpty())
-            dialog->close();
-    });
-    timer.start(1);
-    QTimer::singleShot(0, &main_window, [this] { dialog->exec(); });
-    QTimer::singleShot(0, dialog.get(), [this] { perform(*dialog, "Begin"); });
-    QApplication::exec();
-    boxes.leave_until_another({});
-    dialog.reset();
+        timer.start(1);
+        QTimer::singleShot(0, &main_window, [this] { dialog->exec(); });
+        QTimer::singleShot(0, dialog.get(), [this] { perform(*dialog, "Begin"); });
+        QApplication::exec();
+        boxes.leave_until_another({});
+        dialog.reset();
 
-    texts += simulator.take_texts();
-    QVERIFY(texts.size() < 20);
-    QCOMPARE(texts.isEmpty(), moment.isEmpty());
-    QCOMPARE(texts.value(texts.size() - 1, reboot_text), reboot_text);
-    QVERIFY(!texts.join().contains("HOSTUG "));
-    QVERIFY(drv_device_t::instance()->link_write("*CLS", 4));
+        texts += simulator.take_texts();
+        QVERIFY(texts.size() < 20);
+        QCOMPARE(texts.isEmpty(), row.moment.isEmpty());
+        QCOMPARE(texts.value(texts.size() - 1, reboot_text), reboot_text);
+        QVERIFY(!texts.join().contains("HOSTUG "));
+        QVERIFY(drv_device_t::instance()->link_write("*CLS", 4));
+    }
 }
 
 void test_upgrade_dialog::empty_segments_freeze_the_window()
@@ -325,9 +300,18 @@ void test_upgrade_dialog::empty_segments_freeze_the_window()
     for (int count = 0; count < 100'000; ++count)
         segments.append({3, {}});
     begin(QStringLiteral("a.ADS"), make_package(44, segments));
-    const patience_meter_t meter(*dialog);
+    // Of the signals that come between two looks at the input.
+    int signal_count = 0;
+    int most_signals = 0;
+    connect(
+        dialog->findChild<upgrade_thread_t *>(), &upgrade_thread_t::send_upgrade_state,
+        dialog.get(), [&] { ++signal_count; }, Qt::QueuedConnection);
+    QTimer timer;
+    connect(&timer, &QTimer::timeout, dialog.get(),
+            [&] { most_signals = qMax(most_signals, std::exchange(signal_count, 0)); });
+    timer.start(1);
     QTRY_COMPARE_WITH_TIMEOUT(said(), (QStringList{begin_box, ok_box}), 10 * patience_ms);
-    QVERIFY2(meter.most_signals < 10'000, qPrintable(QString::number(meter.most_signals)));
+    QVERIFY2(most_signals < 10'000, qPrintable(QString::number(most_signals)));
 }
 
 QTEST_MAIN(test_upgrade_dialog)
