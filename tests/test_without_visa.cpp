@@ -13,9 +13,7 @@ class test_without_visa : public QObject
 
 private slots:
     void link_says_that_it_is_not_ready();
-    void upgrade_is_hidden();
-    void rescan_looks_for_serial_ports();
-    void lan_is_refused();
+    void window_offers_what_needs_visa();
 };
 
 void test_without_visa::link_says_that_it_is_not_ready()
@@ -29,25 +27,15 @@ void test_without_visa::link_says_that_it_is_not_ready()
     QCOMPARE(count, 0);
 }
 
-void test_without_visa::upgrade_is_hidden()
+void test_without_visa::window_offers_what_needs_visa()
 {
-    const window_driver_t driver;
+    window_driver_t driver;
     QCOMPARE(driver.entries("Tool"), QStringList({"LAN", "Scpi", "Color"}));
-}
-
-void test_without_visa::rescan_looks_for_serial_ports()
-{
-    window_driver_t driver;
-    QVERIFY(driver.click("Rescan"));
-    QCOMPARE(driver.take_boxes(), QStringList{"Information: Target device no find! [OK, Close]"});
-}
-
-void test_without_visa::lan_is_refused()
-{
-    window_driver_t driver;
     driver.connect_lan("127.0.0.1");
     QCOMPARE(driver.take_boxes(), QStringList{"Information: Ip address no find! [OK, Close]"});
     QCOMPARE(driver.link_text(), "(/)");
+    QVERIFY(driver.click("USB") && driver.click("Rescan"));
+    QCOMPARE(driver.take_boxes(), QStringList{"Information: Target device no find! [OK, Close]"});
 }
 
 CORVANE_GUI_TEST_MAIN(test_without_visa)
