@@ -105,7 +105,6 @@ private slots:
     void picture_does_not_decode();
     void state_has_the_wrong_color();
     void font_lacks_a_character();
-    void panel_does_not_fit_the_window();
     void disabled_port_looks_enabled();
     void ring_vanishes_or_takes_a_color();
     void window_cuts_a_text_or_hides_the_focus();
@@ -173,19 +172,6 @@ void test_look::font_lacks_a_character()
     QCOMPARE(QFontInfo(QApplication::font()).family(), QApplication::font().family());
     for (const QChar &character : QStringLiteral("Az09é—测试端口网络"))
         QVERIFY2(metrics.inFont(character), qPrintable(QString(character)));
-}
-
-void test_look::panel_does_not_fit_the_window()
-{
-    for (const char *const serial : {"", "SN44", "SN42", "SN24", "SN22", "SN21"}) {
-        window_driver_t driver;
-        QVERIFY(*serial == '\0' || driver.connect_usb(serial));
-        QCOMPARE(driver.window.size(), QSize(1000, 400));
-        for (const auto *const button : driver.window.findChildren<QAbstractButton *>()) {
-            const QRect seen = button->visibleRegion().boundingRect();
-            QVERIFY2(!button->isVisible() || seen == button->rect(), serial);
-        }
-    }
 }
 
 /// Lit or not, of every color.
