@@ -40,6 +40,11 @@ struct hands_t
         mouse(target, QEvent::MouseButtonPress, later_ms);
         mouse(target, QEvent::MouseButtonRelease);
     }
+    void space_bar()
+    {
+        space(QEvent::KeyPress);
+        space(QEvent::KeyRelease);
+    }
     void space(QEvent::Type type, bool repeats = false)
     {
         window_system_t::handleKeyEvent<queued_t>(window.windowHandle(), type, Qt::Key_Space,
@@ -74,8 +79,6 @@ Qt::CursorShape cursor_shape()
 
 } // namespace
 
-Q_DECLARE_METATYPE(corvane_sim_fault)
-
 class test_instrument_traffic : public QObject
 {
     Q_OBJECT
@@ -83,9 +86,7 @@ class test_instrument_traffic : public QObject
 private slots:
     void init();
     void cleanup() { pauses.reset(); }
-    void input_during_an_exchange_acts_data();
     void input_during_an_exchange_acts();
-    void held_button_sticks_or_clicks_data();
     void held_button_sticks_or_clicks();
     void box_after_an_exchange_is_dead();
     void nothing_came_but_something_is_lost();
@@ -115,108 +116,91 @@ void test_instrument_traffic::during_exchange(const std::function<void()> &actio
     });
 }
 
-void test_instrument_traffic::input_during_an_exchange_acts_data()
-{
-    QTest::addColumn<corvane_sim_fault>("fault");
-    QTest::addColumn<int>("sent");
-    const auto row = [](const char *tag, corvane_sim_fault_kind kind, corvane_sim_entry entry,
-                        int value, int sent) {
-        QTest::newRow(tag) << corvane_sim_fault{kind, entry, 1, nullptr, 1, value, nullptr, 0}
-                           << sent;
-    };
-    row("slow", CORVANE_SIM_FAULT_DELAY, CORVANE_SIM_READ, 5, 5);
-    row("silent", CORVANE_SIM_FAULT_LOST, CORVANE_SIM_READ, 0, 5);
-    row("gone", CORVANE_SIM_FAULT_STATUS, CORVANE_SIM_WRITE, simulator_t::vi_error_io, 0);
-}
-
 void test_instrument_traffic::input_during_an_exchange_acts()
 {
-    QFETCH(corvane_sim_fault, fault);
-    QFETCH(int, sent);
-    window_driver_t driver;
-    hands_t hands{driver.window};
-    QVERIFY(driver.connect_usb("SN44") && driver.click("A"));
-    QTRY_VERIFY(takes_keys(driver.window));
-    simulator.take_texts();
-    simulator.add_fault(fault);
-    driver.button("D")->setFocus(Qt::TabFocusReason);
+    const struct
+    {
+        corvane_sim_fault_kind kind;
+        corvane_sim_entry entry;
+        int value, sent;
+    } rows[] = {{CORVANE_SIM_FAULT_DELAY, CORVANE_SIM_READ, 5, 5},
+                {CORVANE_SIM_FAULT_LOST, CORVANE_SIM_READ, 0, 5},
+                {CORVANE_SIM_FAULT_STATUS, CORVANE_SIM_WRITE, simulator_t::vi_error_io, 0}};
+    for (const auto &row : rows) {
+        init();
+        window_driver_t driver;
+        hands_t hands{driver.window};
+        QVERIFY(driver.connect_usb("SN44") && driver.click("A"));
+        QTRY_VERIFY(takes_keys(driver.window));
+        simulator.take_texts();
+        simulator.add_fault({row.kind, row.entry, 1, nullptr, 1, row.value, nullptr, 0});
+        driver.button("D")->setFocus(Qt::TabFocusReason);
 
-    Qt::CursorShape shape = Qt::ArrowCursor;
-    during_exchange([&] {
-        shape = cursor_shape();
-        for (const char *const label : {"3", "A", "4", "Reset", "Rescan", "D"})
-            hands.click(driver.button(label));
-        hands.space(QEvent::KeyPress);
-        hands.space(QEvent::KeyRelease);
-        window_system_t::handleCloseEvent<queued_t>(driver.window.windowHandle());
-    });
-    hands.click(driver.button("3"));
-    QTRY_VERIFY(!driver.window.isVisible());
-    driver.window.show();
-    QTRY_VERIFY(takes_keys(driver.window));
-    QCOMPARE(shape, Qt::WaitCursor);
-    QCOMPARE(cursor_shape(), Qt::ArrowCursor);
-    const QByteArrayList texts = simulator.take_texts();
-    QCOMPARE(texts.size(), sent);
-    QVERIFY(texts.isEmpty() || texts.first() == "ADD:ROUTe A3");
-    QCOMPARE(driver.disabled_ports(), QStringList());
+        Qt::CursorShape shape = Qt::ArrowCursor;
+        during_exchange([&] {
+            shape = cursor_shape();
+            for (const char *const label : {"3", "A", "4", "Reset", "Rescan", "D"})
+                hands.click(driver.button(label));
+            hands.space_bar();
+            window_system_t::handleCloseEvent<queued_t>(driver.window.windowHandle());
+        });
+        hands.click(driver.button("3"));
+        QTRY_VERIFY(!driver.window.isVisible());
+        driver.window.show();
+        QTRY_VERIFY(takes_keys(driver.window));
+        QCOMPARE(shape, Qt::WaitCursor);
+        QCOMPARE(cursor_shape(), Qt::ArrowCursor);
+        const QByteArrayList texts = simulator.take_texts();
+        QCOMPARE(texts.size(), row.sent);
+        QVERIFY(texts.isEmpty() || texts.first() == "ADD:ROUTe A3");
+        QCOMPARE(driver.disabled_ports(), QStringList());
 
-    // The first press of this double-click was discarded.
-    hands.click(driver.button("D"), double_click_ms);
-    QTRY_VERIFY(driver.disabled_ports().contains("A"));
-}
-
-void test_instrument_traffic::held_button_sticks_or_clicks_data()
-{
-    QTest::addColumn<QString>("held_by");
-    QTest::newRow("mouse, released meanwhile") << "mouse";
-    QTest::newRow("key, released meanwhile") << "key";
-    QTest::newRow("key, repeated meanwhile") << "repeated key";
-    QTest::newRow("key, pressed meanwhile") << "late key";
+        // The first press of this double-click was discarded.
+        hands.click(driver.button("D"), double_click_ms);
+        QTRY_VERIFY(driver.disabled_ports().contains("A"));
+    }
 }
 
 void test_instrument_traffic::held_button_sticks_or_clicks()
 {
-    QFETCH(QString, held_by);
-    const bool by_mouse = held_by == "mouse";
-    window_driver_t driver;
-    hands_t hands{driver.window};
-    QVERIFY(driver.connect_usb("SN44") && driver.click("A") && driver.click("3"));
-    QTRY_VERIFY(takes_keys(driver.window));
-    simulator.take_texts();
-    QAbstractButton *const held = driver.button("D");
-    QAbstractButton *const routed = driver.button("A");
-    (by_mouse ? routed : held)->setFocus(Qt::TabFocusReason);
-    if (by_mouse)
-        hands.mouse(held, QEvent::MouseButtonPress);
-    else if (held_by != "late key")
-        hands.space(QEvent::KeyPress);
-    QTRY_COMPARE(held->isDown(), held_by != "late key");
-
-    during_exchange([&] {
+    // Each is released meanwhile but the key that is repeated and the one that is pressed then.
+    for (const QString held_by : {"mouse", "key", "repeated key", "late key"}) {
+        init();
+        const bool by_mouse = held_by == "mouse";
+        window_driver_t driver;
+        hands_t hands{driver.window};
+        QVERIFY(driver.connect_usb("SN44") && driver.click("A") && driver.click("3"));
+        QTRY_VERIFY(takes_keys(driver.window));
+        simulator.take_texts();
+        QAbstractButton *const held = driver.button("D");
+        QAbstractButton *const routed = driver.button("A");
+        (by_mouse ? routed : held)->setFocus(Qt::TabFocusReason);
         if (by_mouse)
-            hands.mouse(held, QEvent::MouseButtonRelease);
-        else if (held_by == "key")
+            hands.mouse(held, QEvent::MouseButtonPress);
+        else if (held_by != "late key")
+            hands.space(QEvent::KeyPress);
+        QTRY_COMPARE(held->isDown(), held_by != "late key");
+
+        during_exchange([&] {
+            if (by_mouse)
+                hands.mouse(held, QEvent::MouseButtonRelease);
+            else if (held_by == "key")
+                hands.space(QEvent::KeyRelease);
+            else
+                hands.space(QEvent::KeyPress, held_by == "repeated key");
+        });
+        by_mouse ? hands.space_bar() : hands.click(routed);
+        QTRY_VERIFY(takes_keys(driver.window) && simulator.calls(CORVANE_SIM_WRITE) > 0);
+        if (held_by.contains(' ')) {
+            hands.space(QEvent::KeyPress, true);
             hands.space(QEvent::KeyRelease);
-        else
-            hands.space(QEvent::KeyPress, held_by == "repeated key");
-    });
-    if (by_mouse) {
-        hands.space(QEvent::KeyPress);
-        hands.space(QEvent::KeyRelease);
-    } else {
-        hands.click(routed);
+        }
+        QTRY_VERIFY(takes_keys(driver.window) && !held->isDown());
+        QCOMPARE(simulator.take_texts().value(0), QByteArray("ADD:ROUTe A0"));
+        QCOMPARE(driver.disabled_ports(), QStringList());
+        hands.click(held);
+        QTRY_VERIFY(driver.disabled_ports().contains("A"));
     }
-    QTRY_VERIFY(takes_keys(driver.window) && simulator.calls(CORVANE_SIM_WRITE) > 0);
-    if (held_by == "late key" || held_by == "repeated key") {
-        hands.space(QEvent::KeyPress, true);
-        hands.space(QEvent::KeyRelease);
-    }
-    QTRY_VERIFY(takes_keys(driver.window) && !held->isDown());
-    QCOMPARE(simulator.take_texts().value(0), QByteArray("ADD:ROUTe A0"));
-    QCOMPARE(driver.disabled_ports(), QStringList());
-    hands.click(held);
-    QTRY_VERIFY(driver.disabled_ports().contains("A"));
 }
 
 void test_instrument_traffic::box_after_an_exchange_is_dead()
