@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/simulator.h"
 #include "tests/support/window_driver.h"
+#include "ui/ui_central_widget.h"
 
 #include <QApplication>
 #include <QtTest/QTest>
@@ -61,6 +62,8 @@ void test_port_panel::ports_differ_from_the_product()
         QVERIFY(driver.connect_usb("SN" + row.name));
         QCOMPARE(driver.panel(), QString("ui_%1port_control_widget_t").arg(row.name));
         QVERIFY(driver.status_text().startsWith(QString("TMX50%1,Serial:SN%1").arg(row.name)));
+        QCOMPARE(driver.window.findChild<ui_central_widget_t *>()->vna_port_count(),
+                 row.vna_ports.size());
         QCOMPARE(driver.window.size(), QSize(1000, 400));
         for (const auto *const button : driver.window.findChildren<QAbstractButton *>()) {
             const QRect seen = button->visibleRegion().boundingRect();
