@@ -71,19 +71,14 @@ void test_serial_instrument::cleanup()
 
 void test_serial_instrument::wrong_port_is_taken_or_a_write_is_lost()
 {
-    QFile fleet(folder.filePath("fleet"));
-    QVERIFY(fleet.open(QIODevice::WriteOnly));
-    fleet.write(R"({"instruments": [{"product": 44, "serial": "SN1", "version": "1\u0000主",
-                "routes": {"A": 2}, "resources": ["USB0::0xA17E::0x2000::SN1::INSTR"]}]})");
-    fleet.close();
-    plug({"--fleet", fleet.fileName()});
+    plug();
     window_driver_t driver;
     QVERIFY(driver.click("Rescan"));
     QCOMPARE(driver.devices(), QStringList(CORVANE_SERIAL_PORT));
     QCOMPARE(driver.window.findChild<QComboBox *>()->itemData(0).toInt(), 1);
-    QCOMPARE(driver.status_text(), QString("TMX5044,Serial:SN1,Version:1") + QChar(0) + "主");
+    QCOMPARE(driver.status_text(), "TMX5044,Serial:SN44001,Version:1.0.0");
     QCOMPARE(driver.link_text(), "(USB)");
-    QCOMPARE(driver.lit_ports(), QStringList({"A", "2"}));
+    QCOMPARE(driver.lit_ports(), QStringList({"B", "C", "14", "9"}));
     const QByteArray queries = "GET:COLOR? A\nGET:COLOR? B\nGET:COLOR? C\nGET:COLOR? D\n"
                                "ROUTes?\nROUTes?\nROUTes?\nROUTes?\n";
     QCOMPARE(log.readAll(),
