@@ -74,8 +74,6 @@ const row_t rows[] = {
      "SET:LAN:DHCP 1|SET:LAN:HOST:NAMe 主机|SET:LAN:DHCP 0|SET:LAN:IP 10.0.0.9|"
      "SET:LAN:SNMask 255.0.0.0|SET:LAN:GW 10.0.0.1|SET:LAN:HOST:NAMe 主机|SET:LAN:DHCP 0"},
 
-    // The query is not sent.
-    {"Scpi", "", "Query|write 1|Query", "*IDN?", "Reply="},
     // The query gets no reply.
     {"Scpi", "", "Query|read 1|Query", "*IDN?|*IDN?", "Reply="},
     // Read and write fail.

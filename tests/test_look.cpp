@@ -2,7 +2,6 @@
 #include "tests/support/dialog_driver.h"
 #include "tests/support/simulator.h"
 #include "tests/support/window_driver.h"
-#include "ui/information_box.h"
 #include "ui/widget/q_ip_line_edit.h"
 #include "ui/widget/ui_combo_box.h"
 
@@ -216,11 +215,6 @@ void test_look::ring_vanishes_or_takes_a_color()
 /// Opens the window with this name, uses it and closes it.
 void test_look::use_window(const QString &name, const std::function<void(QWidget &)> &use)
 {
-    if (name == "message box") {
-        QWidget parent;
-        QVERIFY(use_dialog([&parent] { show_information(&parent, "Upgrade file error!"); }, use));
-        return;
-    }
     window_driver_t driver;
     QVERIFY(driver.connect_usb("SN44"));
     if (driver.click(name)) {
@@ -242,7 +236,7 @@ void test_look::window_cuts_a_text_or_hides_the_focus()
     // A caret that blinks would count as a change.
     QApplication::setCursorFlashTime(0);
     for (const char *const name : {"USB", "LAN", "Tool LAN", "Tool Scpi", "Tool Color",
-                                   "Tool Upgrade", "product", "Help About", "message box"})
+                                   "Tool Upgrade", "product", "Help About"})
         use_window(name, [](QWidget &window) {
             QTRY_COMPARE(cut_texts(window).join(" | "), QString());
             QCOMPARE(unseen_stops(window).join(" | "), QString());

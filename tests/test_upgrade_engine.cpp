@@ -171,8 +171,6 @@ void test_upgrade_engine::pause_is_missing_or_a_call_out_of_order()
     QCOMPARE(conversation(simulator, reboot), QString("write 5 500 open"));
     simulator.fail_call(CORVANE_SIM_WRITE);
     QCOMPARE(conversation(simulator, reboot_to_loader), "write 5 close" + reopen);
-    simulator.script_reply(ready, "0\n");
-    QCOMPARE(conversation(simulator, wait_ready), QString(query + ' ').repeated(12).trimmed());
 }
 
 void test_upgrade_engine::mixed_package_is_lost_on_the_way()

@@ -122,27 +122,8 @@ QList<QPair<int, QByteArray>> simulator_t::images(const QByteArray &resource)
     return received;
 }
 
-QList<QPair<QByteArray, QByteArray>> simulator_t::parameters(const QByteArray &resource)
+void simulator_t::fail_block(const QByteArray &resource, unsigned nth)
 {
-    QList<QPair<QByteArray, QByteArray>> received;
-    const std::size_t count = CONTROL(corvane_sim_parameter_count)(resource.constData());
-    for (std::size_t index = 0; index < count; ++index) {
-        char name[32] = "";
-        const QByteArray value = copied([&](void *bytes, std::size_t capacity) {
-            return CONTROL(corvane_sim_parameter)(resource.constData(), index, name, bytes,
-                                                  capacity);
-        });
-        received.append({QByteArray(name), value});
-    }
-    return received;
-}
-
-void simulator_t::misbehave(const QByteArray &resource, unsigned busy_polls,
-                            unsigned busy_after_block, unsigned unready_at_block,
-                            unsigned unplug_at_block)
-{
-    require(CONTROL(corvane_sim_upgrade_misbehave)(resource.constData(), busy_polls,
-                                                   busy_after_block, unready_at_block,
-                                                   unplug_at_block),
+    require(CONTROL(corvane_sim_upgrade_misbehave)(resource.constData(), 0, 0, nth, 0),
             "to misbehave");
 }

@@ -37,11 +37,8 @@ public:
     void add_fault(const corvane_sim_fault &fault);
     /// The firmware images received: kind (1 host, 3 boot) and bytes.
     QList<QPair<int, QByteArray>> images(const QByteArray &resource);
-    /// The device parameters received: name and bytes.
-    QList<QPair<QByteArray, QByteArray>> parameters(const QByteArray &resource);
-    /// See `corvane_sim_upgrade_misbehave`.
-    void misbehave(const QByteArray &resource, unsigned busy_polls, unsigned busy_after_block,
-                   unsigned unready_at_block, unsigned unplug_at_block);
+    /// Makes the instrument unready at the n-th block (from 1) of an image.
+    void fail_block(const QByteArray &resource, unsigned nth);
 
 private:
     QLibrary library;

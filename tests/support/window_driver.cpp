@@ -19,8 +19,6 @@
 #include <QToolButton>
 #include <QtTest/QTest>
 
-#include <algorithm>
-
 namespace {
 
 constexpr int window_width = 1000;
@@ -34,6 +32,17 @@ QList<widget_t *> visible_children(const QWidget &parent)
         if (child->isVisible())
             visible.append(child);
     return visible;
+}
+
+/// True when some pixel of the widget, as it is painted, has exactly one of these colours.
+bool paints(const QWidget &widget, const QVector<QColor> &colors)
+{
+    const QImage image = const_cast<QWidget &>(widget).grab().toImage();
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            if (colors.contains(QColor(image.pixel(x, y))))
+                return true;
+    return false;
 }
 
 } // namespace
@@ -65,36 +74,35 @@ bool window_driver_t::click(const QString &text)
     return true;
 }
 
-bool window_driver_t::choose(const QString &menu, const QString &entry)
+QMenu *window_driver_t::menu(const QString &title) const
 {
-    for (QAction *const bar_action : window.menuBar()->actions()) {
-        if (bar_action->text() != menu)
-            continue;
-        QTest::mouseClick(window.menuBar(), Qt::LeftButton, Qt::NoModifier,
-                          window.menuBar()->actionGeometry(bar_action).center());
-        QMenu *const opened = bar_action->menu();
-        for (QAction *const action : opened->actions()) {
-            if (action->text() == entry && action->isVisible()) {
-                QTest::mouseClick(opened, Qt::LeftButton, Qt::NoModifier,
-                                  opened->actionGeometry(action).center());
-                return true;
-            }
-        }
-        QTest::keyClick(opened, Qt::Key_Escape);
-    }
-    return false;
+    for (QMenu *const candidate : window.findChildren<QMenu *>())
+        if (candidate->title() == title)
+            return candidate;
+    return nullptr;
 }
 
-QStringList window_driver_t::entries(const QString &menu) const
+bool window_driver_t::choose(const QString &title, const QString &entry)
+{
+    QMenu *const opened = menu(title);
+    if (opened == nullptr || !entries(title).contains(entry))
+        return false;
+    QMenuBar *const bar = window.menuBar();
+    QTest::mouseClick(bar, Qt::LeftButton, Qt::NoModifier,
+                      bar->actionGeometry(opened->menuAction()).center());
+    for (QAction *const action : opened->actions())
+        if (action->text() == entry)
+            QTest::mouseClick(opened, Qt::LeftButton, Qt::NoModifier,
+                              opened->actionGeometry(action).center());
+    return true;
+}
+
+QStringList window_driver_t::entries(const QString &title) const
 {
     QStringList texts;
-    for (const QAction *const bar_action : window.menuBar()->actions()) {
-        if (bar_action->text() != menu)
-            continue;
-        for (const QAction *const action : bar_action->menu()->actions())
-            if (action->isVisible())
-                texts.append(action->text());
-    }
+    for (const QAction *const action : menu(title)->actions())
+        if (action->isVisible())
+            texts.append(action->text());
     return texts;
 }
 
@@ -196,19 +204,6 @@ void choose_item(QComboBox &list, int index)
     for (int row = 0; row < index; ++row)
         QTest::keyClick(view, Qt::Key_Down);
     QTest::keyClick(view, Qt::Key_Return);
-}
-
-bool paints(const QWidget &widget, const QVector<QColor> &colors)
-{
-    const QImage image =
-        const_cast<QWidget &>(widget).grab().toImage().convertToFormat(QImage::Format_RGB32);
-    for (int y = 0; y < image.height(); ++y) {
-        const auto *const line = reinterpret_cast<const QRgb *>(image.constScanLine(y));
-        for (const QColor &color : colors)
-            if (std::find(line, line + image.width(), color.rgb()) != line + image.width())
-                return true;
-    }
-    return false;
 }
 
 int run_gui_test(int argc, char **argv, const std::function<int(int, char **)> &run)

@@ -13,6 +13,7 @@
 #include <functional>
 
 class QComboBox;
+class QMenu;
 
 /// The real main window and the hands and eyes of its user.
 class window_driver_t
@@ -25,9 +26,9 @@ public:
     /// The visible button with this text, or null.
     QAbstractButton *button(const QString &text) const;
     /// Chooses an entry of a menu with the mouse; false when it is not shown.
-    bool choose(const QString &menu, const QString &entry);
+    bool choose(const QString &title, const QString &entry);
     /// What the menu shows, top to bottom.
-    QStringList entries(const QString &menu) const;
+    QStringList entries(const QString &title) const;
     /// Selects LAN, types the address and presses Apply.
     void connect_lan(const QString &address);
     /// Rescans, which connects the first instrument, and picks the one with this serial number.
@@ -49,6 +50,7 @@ public:
     MainWindow window;
 
 private:
+    QMenu *menu(const QString &title) const;
     QStringList ports_where(const std::function<bool(const QAbstractButton &)> &condition) const;
 
     box_watcher_t boxes;
@@ -56,9 +58,6 @@ private:
 
 /// Opens the list of a combo box and chooses an item with the keyboard.
 void choose_item(QComboBox &list, int index);
-
-/// True when some pixel of the widget, as it is painted, has exactly one of these colours.
-bool paints(const QWidget &widget, const QVector<QColor> &colors);
 
 /// Starts a test program's `QApplication` with the program's look and runs one test object.
 int run_gui_test(int argc, char **argv, const std::function<int(int, char **)> &run);
