@@ -3,12 +3,10 @@
 
 #include "drv/instrument_records.h"
 
-#include <QByteArray>
-#include <QList>
-
 #include <algorithm>
 #include <cstdlib>
 #include <iterator>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -27,8 +25,10 @@ inline bool take_reply(std::string reply, std::string &out)
 inline std::vector<std::string> fields_of(const std::string &reply)
 {
     std::vector<std::string> fields;
-    for (const QByteArray &field : QByteArray::fromStdString(reply).split(','))
-        fields.push_back(field.toStdString());
+    // A comma ends the last field as well.
+    std::istringstream rest(reply + ',');
+    for (std::string field; std::getline(rest, field, ',');)
+        fields.push_back(field);
     return fields;
 }
 

@@ -48,6 +48,8 @@ void test_package_reader::path_changes_on_its_way_to_the_reader()
     const QPair<QString, QByteArray> rows[] = {
         {QStringLiteral("/固 件/a.ADS"), "/\xb9\xcc \xbc\xfe/a.ADS"},
         {QStringLiteral("/what?.ADS"), "/what?.ADS"},
+        {QStringLiteral("/體€.ADS"), "/\xf3\x77\x80.ADS"},
+        {QString(QChar(0xD800)), ""},
         {QStringLiteral("/펌웨어.ADS"), ""},
         {QStringLiteral("/😀.ADS"), ""},
         {QStringLiteral("/a\0b"), "/a"},

@@ -4,7 +4,7 @@
 #include <QFile>
 #include <QMutex>
 #include <QMutexLocker>
-#include <QTextCodec>
+#include <QString>
 
 namespace {
 
@@ -16,40 +16,23 @@ struct upgrade_file_t
 
 upgrade_file_t upgrade_file;
 
-QTextCodec *package_name_codec()
-{
-    return QTextCodec::codecForName("GB2312");
-}
-
 } // namespace
 
-/// A character that GB2312 lacks is replaced without a word; only the way back shows it.
+/// Half a surrogate pair, which UTF-8 cannot hold, would become a character of its own.
 std::string to_package_name(const QString &path)
 {
-    const QTextCodec *const codec = package_name_codec();
-    if (codec == nullptr)
-        return {};
-    const QByteArray name = codec->fromUnicode(path);
-    if (codec->toUnicode(name) != path)
-        return {};
-    return name.constData();
+    const std::string text = path.toStdString();
+    return QString::fromStdString(text) == path ? to_package_name(text) : std::string();
 }
 
-std::filesystem::path to_path(const QString &path)
+std::filesystem::path to_file_path(const std::string &package_name)
 {
+    const QString path = QString::fromStdString(to_package_path(package_name));
 #ifdef Q_OS_WIN
     return path.toStdWString();
 #else
     return QFile::encodeName(path).toStdString();
 #endif
-}
-
-std::filesystem::path to_file_path(const std::string &package_name)
-{
-    const QTextCodec *const codec = package_name_codec();
-    if (codec == nullptr)
-        return {};
-    return to_path(codec->toUnicode(package_name.data(), static_cast<int>(package_name.size())));
 }
 
 void set_upgrade_file_name(const std::string &package_name)
