@@ -113,7 +113,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     upgrade_header_t header{};
     const bool accepted = read_upgrade_header(to_file_path(name), header);
     require(accepted == header_has_magic(header), "a header is misjudged");
-    const package_report_t report = package_inspector_t(file.fileName()).inspect();
+    const package_report_t report = package_inspector_t(file.fileName().toStdString()).inspect();
     require(report.has_magic == accepted, "the inspector sees another header");
     require(report.segments.size() <= package_inspector_t::most_segments, "too many segments");
     if (!accepted)

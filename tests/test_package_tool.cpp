@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/package_folder.h"
+#include "upgrade/upgrade_file.h"
 
 #include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -29,6 +31,7 @@ private slots:
     void created_package_differs_from_its_manifest();
     void fault_of_a_package_goes_unreported();
     void refusal_gives_no_reason_or_the_wrong_status();
+    void program_and_tool_differ_on_a_name();
 
 private:
     /// Runs corvane-package; -1 when it crashes or hangs.
@@ -69,6 +72,19 @@ void test_package_tool::created_package_differs_from_its_manifest()
     const QString package = folder.path(QStringLiteral("升级 1.ADS"));
     QCOMPARE(run({"create", manifest, package}), 0);
     QCOMPARE(output, QByteArray());
+    // A package that is replaced keeps its permissions and the links to it.
+    const QFile::Permissions owner = QFile::ReadOwner | QFile::WriteOwner;
+    const QString link = folder.path(QStringLiteral("link.ADS"));
+    QVERIFY(QFile::link(package, link) && QFile::setPermissions(package, owner));
+    QCOMPARE(run({"create", manifest, link}), 0);
+    QVERIFY(QFileInfo(link).isSymLink() && !QFile::permissions(package).testFlag(QFile::ReadGroup));
+    // Where there is no room for another one it stays, and nothing is left beside it.
+    const QDir place(folder.path({}), {}, QDir::Unsorted, QDir::AllEntries | QDir::Hidden);
+    const QStringList before = place.entryList();
+    QCOMPARE(QProcess::execute("sh", {"-c", "trap '' XFSZ; ulimit -f 1; \"$@\"", "sh",
+                                      CORVANE_PACKAGE_TOOL, "create", manifest, package}),
+             2);
+    QCOMPARE(place.entryList(), before);
 
     QFile file(package);
     QVERIFY(file.open(QIODevice::ReadOnly));
@@ -200,6 +216,20 @@ void test_package_tool::refusal_gives_no_reason_or_the_wrong_status()
         QCOMPARE(QDir(korean).entryList(QDir::Files), QStringList("foreign.ADS"));
         QCOMPARE(QFile(manifest).size(), row.manifest.size());
         QCOMPARE(QFile(folder.path("boot")).size(), 4);
+    }
+}
+
+void test_package_tool::program_and_tool_differ_on_a_name()
+{
+    const QPair<QString, bool> rows[] = {
+        {QStringLiteral("a.ADS"), true},      {QStringLiteral("固 件.ADS"), true},
+        {QStringLiteral("体體€?.ADS"), true}, {QStringLiteral("é.ADS"), true},
+        {QStringLiteral("펌.ADS"), false},    {QStringLiteral("😀.ADS"), false},
+    };
+    for (const auto &[name, is_held] : rows) {
+        const QString package = folder.write(name, make_package(44, {{3, "boot"}}));
+        QCOMPARE(!to_package_name(package).empty(), is_held);
+        QCOMPARE(run({"check", package, "--accept", "44,0,0,1"}), is_held ? 0 : 2);
     }
 }
 

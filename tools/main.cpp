@@ -1,18 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "tools/package_commands.h"
 
-#include <QCoreApplication>
-#include <QStringList>
-
 #include <CLI/CLI.hpp>
 
-#include <algorithm>
 #include <exception>
+#include <filesystem>
 #include <functional>
 #include <iostream>
-#include <iterator>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -55,19 +52,19 @@ void add_commands(CLI::App &app, request_t &request)
 }
 
 /// The arguments in UTF-8, the last one first, as the parser takes them.
-std::vector<std::string> reversed_arguments()
+template <typename character_t>
+std::vector<std::string> reversed_arguments(int count, character_t **arguments)
 {
-    const QStringList arguments = QCoreApplication::arguments().mid(1);
     std::vector<std::string> reversed;
-    std::transform(arguments.rbegin(), arguments.rend(), std::back_inserter(reversed),
-                   [](const QString &argument) { return argument.toStdString(); });
+    while (--count > 0)
+        reversed.push_back(std::filesystem::path(arguments[count]).u8string());
     return reversed;
 }
 
-int run(CLI::App &app, const request_t &request)
+int run(CLI::App &app, std::vector<std::string> reversed, const request_t &request)
 {
     try {
-        app.parse(reversed_arguments());
+        app.parse(std::move(reversed));
     } catch (const CLI::ParseError &error) {
         return app.exit(error) == 0 ? exit_status::good : exit_status::trouble;
     }
@@ -84,16 +81,19 @@ int written(int status)
 
 } // namespace
 
-int main(int argc, char **argv)
+#ifdef _WIN32
+int wmain(int count, wchar_t **arguments)
+#else
+int main(int count, char **arguments)
+#endif
 {
-    const QCoreApplication application(argc, argv);
     CLI::App app("Makes and examines Corvane firmware packages (.ADS)", "corvane-package");
     app.require_subcommand(1);
     app.set_version_flag("--version", "corvane-package " CORVANE_VERSION);
     request_t request;
     add_commands(app, request);
     try {
-        return written(run(app, request));
+        return written(run(app, reversed_arguments(count, arguments), request));
     } catch (const std::exception &error) {
         std::cerr << "corvane-package: " << error.what() << '\n';
         return exit_status::trouble;

@@ -2,35 +2,26 @@
 #include "tools/output_place.h"
 
 #include "tools/package_inspector.h"
-#include "upgrade/upgrade_file.h"
 
-#include <QFileInfo>
-
-#include <filesystem>
 #include <stdexcept>
+#include <system_error>
 
-namespace {
+namespace fs = std::filesystem;
 
-bool is_same_file(const QString &one, const QString &other)
+void check_output_place(const fs::path &package, const fs::path &manifest,
+                        const package_plan_t &plan)
 {
-    std::error_code error;
-    return std::filesystem::equivalent(to_path(one), to_path(other), error);
-}
-
-} // namespace
-
-void check_output_place(const QString &package, const QString &manifest, const package_plan_t &plan)
-{
-    const auto refuse = [&package](const char *reason) {
-        throw std::runtime_error(package.toStdString() + ": cannot be written: " + reason);
+    const auto refuse_if = [&package](bool refused, const char *reason) {
+        if (refused)
+            throw std::runtime_error(package.u8string() + ": cannot be written: " + reason);
     };
+    std::error_code error;
     package_path(package);
-    const QFileInfo info(package);
-    if ((info.exists() || info.isSymLink()) && !info.isFile())
-        refuse("not a regular file");
-    if (is_same_file(package, manifest))
-        refuse("it is the manifest");
+    refuse_if(fs::exists(fs::symlink_status(package, error)) &&
+                  !fs::is_regular_file(package, error),
+              "not a regular file");
+    refuse_if(fs::equivalent(package, manifest, error), "it is the manifest");
     for (const planned_segment_t &segment : plan.segments)
-        if (is_same_file(package, segment.payload_path))
-            refuse("it is one of the payloads");
+        refuse_if(fs::equivalent(package, segment.payload_path, error),
+                  "it is one of the payloads");
 }

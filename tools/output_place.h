@@ -3,10 +3,10 @@
 
 #include "tools/package_manifest.h"
 
-#include <QString>
+#include <filesystem>
 
 /// Refuses a place for a package before anything is written there: a path that Corvane cannot open,
 /// something that is no regular file, the manifest, or a payload of the plan, under whatever name.
 /// Throws std::exception with a text for the user.
-void check_output_place(const QString &package, const QString &manifest,
+void check_output_place(const std::filesystem::path &package, const std::filesystem::path &manifest,
                         const package_plan_t &plan);

@@ -9,6 +9,7 @@
 #include "upgrade/accepted_id.h"
 #include "upgrade/package_reader.h"
 
+#include <filesystem>
 #include <iostream>
 
 namespace {
@@ -24,8 +25,8 @@ std::string accepted_text(const upgrade_id_t &ids)
 
 int create_package(const std::string &manifest, const std::string &package)
 {
-    const QString path = QString::fromStdString(package);
-    const QString manifest_path = QString::fromStdString(manifest);
+    const std::filesystem::path path = std::filesystem::u8path(package);
+    const std::filesystem::path manifest_path = std::filesystem::u8path(manifest);
     const package_plan_t plan = read_manifest(manifest_path);
     check_output_place(path, manifest_path, plan);
     write_package(plan, path);
@@ -36,7 +37,7 @@ int create_package(const std::string &manifest, const std::string &package)
 
 int inspect_package(const std::string &package, bool as_json)
 {
-    const package_report_t report = package_inspector_t(QString::fromStdString(package)).inspect();
+    const package_report_t report = package_inspector_t(std::filesystem::u8path(package)).inspect();
     std::cout << (as_json ? report_as_json(report) : report_as_text(report));
     return report.findings.empty() ? exit_status::good : exit_status::objection;
 }
@@ -45,7 +46,7 @@ int check_package(const std::string &package, const std::string &reply)
 {
     upgrade_id_t ids = accepts_nothing;
     read_upgrade_id(reply, ids);
-    const std::filesystem::path file = readable_package(QString::fromStdString(package));
+    const std::filesystem::path file = readable_package(std::filesystem::u8path(package));
     set_accepted_ids(ids);
     upgrade_header_t header{};
     const bool accepted = read_upgrade_header(file, header);

@@ -2,21 +2,17 @@
 #include "tools/package_inspector.h"
 
 #include "tools/readable_file.h"
+#include "tools/sha256.h"
 #include "tools/text_mode.h"
+#include "upgrade/package_name.h"
 #include "upgrade/package_reader.h"
 #include "upgrade/segment_chain.h"
-#include "upgrade/upgrade_file.h"
-
-#include <QCryptographicHash>
-#include <QFile>
-#include <QFileInfo>
 
 #include <algorithm>
 #include <stdexcept>
+#include <system_error>
 
 namespace {
-
-constexpr qint64 digest_chunk_bytes = 1 << 16;
 
 /// Bytes of the file that something claims.
 struct extent_t
@@ -49,26 +45,26 @@ const char *break_text(chain_step_t step)
 
 } // namespace
 
-std::filesystem::path package_path(const QString &path)
+std::filesystem::path package_path(const std::filesystem::path &path)
 {
-    const QString absolute = QFileInfo(path).absoluteFilePath();
-    const std::string name = to_package_name(absolute);
-    if (name.empty()) {
-        throw std::runtime_error(absolute.toStdString() +
+    std::error_code error;
+    const std::filesystem::path absolute =
+        std::filesystem::absolute(path, error).lexically_normal();
+    if (to_package_name(absolute.u8string()).empty()) {
+        throw std::runtime_error(absolute.u8string() +
                                  ": Corvane cannot open it, GB2312 lacks a character of its path");
     }
-    return to_file_path(name);
+    return absolute;
 }
 
-std::filesystem::path readable_package(const QString &path)
+std::filesystem::path readable_package(const std::filesystem::path &path)
 {
-    QFile package(path);
-    open_to_read(package);
+    open_to_read(path);
     return package_path(path);
 }
 
-package_inspector_t::package_inspector_t(const QString &given_path)
-    : path(given_path), file(readable_package(given_path))
+package_inspector_t::package_inspector_t(const std::filesystem::path &path)
+    : file(readable_package(path))
 {
 }
 
@@ -76,7 +72,7 @@ package_report_t package_inspector_t::inspect()
 {
     report = {};
     digested_bytes = 0;
-    report.file_bytes = static_cast<std::uint64_t>(QFileInfo(path).size());
+    report.file_bytes = std::filesystem::file_size(file);
     read_header();
     if (report.has_magic) {
         walk_segments();
@@ -144,20 +140,9 @@ void package_inspector_t::examine_segment(std::uint64_t record_offset,
 std::string package_inspector_t::digest(const segment_record_t &record)
 {
     digested_bytes += record.data_length;
-    QFile package(path);
-    if (digested_bytes > most_digested_share * report.file_bytes ||
-        !package.open(QIODevice::ReadOnly) || !package.seek(record.data_offset))
+    if (digested_bytes > most_digested_share * report.file_bytes)
         return {};
-    QCryptographicHash hash(QCryptographicHash::Sha256);
-    qint64 left = record.data_length;
-    while (left > 0) {
-        const QByteArray chunk = package.read(std::min(left, digest_chunk_bytes));
-        if (chunk.isEmpty())
-            return {};
-        hash.addData(chunk);
-        left -= chunk.size();
-    }
-    return hash.result().toHex().toStdString();
+    return sha256_of(file, record.data_offset, record.data_length);
 }
 
 /// Names each extent that begins inside of an earlier one, together with the one that reaches

@@ -3,17 +3,15 @@
 
 #include "tools/package_report.h"
 
-#include <QString>
-
 #include <filesystem>
 #include <string>
 
 /// The path under which Corvane opens a file: the absolute one, as a file dialog gives it. Throws
 /// std::exception, with a text for the user, for one that Corvane cannot open.
-std::filesystem::path package_path(const QString &path);
+std::filesystem::path package_path(const std::filesystem::path &path);
 
 /// The same for a file that can be read. Throws for any other.
-std::filesystem::path readable_package(const QString &path);
+std::filesystem::path readable_package(const std::filesystem::path &path);
 
 /// Examines a package that may hold anything, also for what Corvane itself does not check.
 ///
@@ -27,7 +25,7 @@ public:
     static constexpr std::uint64_t most_digested_share = 4;
 
     /// Throws as `readable_package`.
-    explicit package_inspector_t(const QString &path);
+    explicit package_inspector_t(const std::filesystem::path &path);
 
     package_report_t inspect();
 
@@ -40,7 +38,6 @@ private:
     void find_text_mode_hazard(std::uint64_t offset, std::size_t size, const std::string &what);
     void add_finding(const char *kind, const std::string &text);
 
-    QString path;
     std::filesystem::path file;
     package_report_t report;
     std::uint64_t digested_bytes = 0;

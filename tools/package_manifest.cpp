@@ -3,10 +3,6 @@
 
 #include "tools/readable_file.h"
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
@@ -54,22 +50,22 @@ std::int32_t product_id_of(const json &manifest)
     return id.get<std::int32_t>();
 }
 
-planned_segment_t planned_segment(const json &entry, const QFileInfo &manifest)
+planned_segment_t planned_segment(const json &entry, const std::filesystem::path &folder)
 {
     require_keys(entry, {"type", "file"});
     const auto file = entry.at("file").get<std::string>();
-    const QFileInfo payload(manifest.dir(), QString::fromStdString(file));
-    QFile readable(payload.filePath());
-    open_to_read(readable);
+    const std::filesystem::path payload = folder / std::filesystem::u8path(file);
+    open_to_read(payload);
     const segment_kind_t *const kind = kind_named(entry.at("type"));
-    const auto bytes = static_cast<std::uint64_t>(payload.size());
-    if (!payload_fits(*kind, bytes) || bytes > std::numeric_limits<std::uint32_t>::max())
+    const std::uintmax_t size = std::filesystem::file_size(payload);
+    const auto bytes = static_cast<std::uint32_t>(size);
+    if (bytes != size || !payload_fits(*kind, bytes))
         throw std::runtime_error(file + " is too long for this type");
-    return {kind, payload.filePath(), static_cast<std::uint32_t>(bytes)};
+    return {kind, payload, bytes};
 }
 
 /// Of two equal keys the parser would drop the first without a word.
-json parse_manifest(const QByteArray &text)
+json parse_manifest(std::istream &text)
 {
     std::vector<std::set<json>> keys;
     const auto look_at = [&keys](int /*depth*/, json::parse_event_t event, json &parsed) {
@@ -81,10 +77,10 @@ json parse_manifest(const QByteArray &text)
             throw std::runtime_error(parsed.dump() + " is given twice");
         return true;
     };
-    return json::parse(text.begin(), text.end(), look_at);
+    return json::parse(text, look_at);
 }
 
-package_plan_t plan_of(const json &manifest, const QFileInfo &place)
+package_plan_t plan_of(const json &manifest, const std::filesystem::path &folder)
 {
     require_keys(manifest, {"product_id", "segments"});
     const json &entries = manifest.at("segments");
@@ -93,7 +89,7 @@ package_plan_t plan_of(const json &manifest, const QFileInfo &place)
     package_plan_t plan{product_id_of(manifest), {}};
     for (const json &entry : entries) {
         try {
-            plan.segments.push_back(planned_segment(entry, place));
+            plan.segments.push_back(planned_segment(entry, folder));
         } catch (const std::exception &error) {
             throw std::runtime_error("segment " + std::to_string(plan.segments.size() + 1) + ": " +
                                      error.what());
@@ -104,14 +100,12 @@ package_plan_t plan_of(const json &manifest, const QFileInfo &place)
 
 } // namespace
 
-package_plan_t read_manifest(const QString &path)
+package_plan_t read_manifest(const std::filesystem::path &path)
 {
-    QFile file(path);
-    open_to_read(file);
-    const QByteArray text = file.readAll();
+    std::ifstream text = open_to_read(path);
     try {
-        return plan_of(parse_manifest(text), QFileInfo(path));
+        return plan_of(parse_manifest(text), path.parent_path());
     } catch (const std::exception &error) {
-        throw std::runtime_error(path.toStdString() + ": " + error.what());
+        throw std::runtime_error(path.u8string() + ": " + error.what());
     }
 }

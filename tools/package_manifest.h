@@ -3,16 +3,15 @@
 
 #include "upgrade/package_format.h"
 
-#include <QString>
-
 #include <cstdint>
+#include <filesystem>
 #include <vector>
 
 /// A segment that is to go into a package: its kind and the file with its payload.
 struct planned_segment_t
 {
     const segment_kind_t *kind;
-    QString payload_path;
+    std::filesystem::path payload_path;
     std::uint32_t payload_bytes;
 };
 
@@ -26,4 +25,4 @@ struct package_plan_t
 /// Reads a manifest, a JSON text in UTF-8. Payload files are relative to the manifest's folder.
 /// Throws std::exception, with a text for the user, for anything that would not make a package
 /// that the instrument takes.
-package_plan_t read_manifest(const QString &path);
+package_plan_t read_manifest(const std::filesystem::path &path);

@@ -3,11 +3,9 @@
 
 #include "tools/readable_file.h"
 #include "tools/text_mode.h"
+#include "tools/whole_file.h"
 #include "upgrade/header_cipher.h"
 #include "upgrade/little_endian.h"
-
-#include <QFile>
-#include <QSaveFile>
 
 #include <algorithm>
 #include <limits>
@@ -17,7 +15,7 @@
 namespace {
 
 constexpr std::size_t cipher_block_bytes = 8;
-constexpr qint64 copy_chunk_bytes = 1 << 16;
+constexpr std::size_t copy_chunk_bytes = 1 << 16;
 
 /// True for a header byte that no reader looks at.
 bool is_filler(std::size_t place)
@@ -92,41 +90,37 @@ std::vector<segment_record_t> lay_out(const package_plan_t &plan, std::uint64_t 
 }
 
 template <std::size_t size>
-void write_bytes(QIODevice &out, const std::array<std::uint8_t, size> &bytes)
+void write_bytes(whole_file_t &out, const std::array<std::uint8_t, size> &bytes)
 {
-    out.write(reinterpret_cast<const char *>(bytes.data()), static_cast<qint64>(size));
+    out.write(reinterpret_cast<const char *>(bytes.data()), size);
 }
 
-void copy_payload(QIODevice &out, const planned_segment_t &segment)
+void copy_payload(whole_file_t &out, const planned_segment_t &segment)
 {
-    QFile payload(segment.payload_path);
-    open_to_read(payload);
-    qint64 copied = 0;
-    for (QByteArray chunk = payload.read(copy_chunk_bytes); !chunk.isEmpty();
-         chunk = payload.read(copy_chunk_bytes))
-        copied += out.write(chunk);
+    std::ifstream payload = open_to_read(segment.payload_path);
+    std::vector<char> chunk(copy_chunk_bytes);
+    std::uint64_t copied = 0;
+    while (payload) {
+        payload.read(chunk.data(), static_cast<std::streamsize>(chunk.size()));
+        const auto count = static_cast<std::size_t>(payload.gcount());
+        out.write(chunk.data(), count);
+        copied += count;
+    }
     if (copied != segment.payload_bytes)
-        throw std::runtime_error(segment.payload_path.toStdString() + ": could not be copied");
+        throw std::runtime_error(segment.payload_path.u8string() + ": could not be copied");
 }
 
 } // namespace
 
-void write_package(const package_plan_t &plan, const QString &path)
+void write_package(const package_plan_t &plan, const std::filesystem::path &path)
 {
     std::uint64_t end = 0;
     const std::vector<segment_record_t> records = lay_out(plan, end);
-    QSaveFile out(path);
-    const auto refuse = [&out, &path] {
-        throw std::runtime_error(path.toStdString() +
-                                 ": cannot be written: " + out.errorString().toStdString());
-    };
-    if (!out.open(QIODevice::WriteOnly))
-        refuse();
+    whole_file_t out(path);
     write_bytes(out, make_header(plan.product_id, static_cast<std::uint32_t>(end)));
     for (std::size_t index = 0; index < records.size(); ++index) {
         write_bytes(out, make_record(records[index]));
         copy_payload(out, plan.segments[index]);
     }
-    if (!out.commit())
-        refuse();
+    out.complete();
 }

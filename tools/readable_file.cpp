@@ -1,17 +1,20 @@
 // SPDX-License-Identifier: MIT
 #include "tools/readable_file.h"
 
-#include <QFile>
-#include <QFileInfo>
-
+#include <cerrno>
 #include <stdexcept>
+#include <string>
+#include <system_error>
 
-void open_to_read(QFile &file)
+std::ifstream open_to_read(const std::filesystem::path &file)
 {
-    const QFileInfo info(file.fileName());
-    const bool is_other = info.exists() && !info.isFile();
-    if (!is_other && file.open(QIODevice::ReadOnly))
-        return;
-    const std::string reason = is_other ? "not a regular file" : file.errorString().toStdString();
-    throw std::runtime_error(file.fileName().toStdString() + ": cannot be read: " + reason);
+    const std::string refusal = file.u8string() + ": cannot be read";
+    std::error_code error;
+    const std::filesystem::file_status status = std::filesystem::status(file, error);
+    if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status))
+        throw std::runtime_error(refusal + ": not a regular file");
+    std::ifstream stream(file, std::ios::binary);
+    if (!stream)
+        throw std::system_error(errno, std::generic_category(), refusal);
+    return stream;
 }
