@@ -29,6 +29,8 @@ void set_text_color(QWidget *widget, const QString &color);
 class port_control_t : public QFrame
 {
 public:
+    int vna_port_count() const noexcept { return layout_data.vna_ports.size(); }
+
     /// Reads colours and routes from the instrument and shows them.
     virtual void device_connect_slot() = 0;
 

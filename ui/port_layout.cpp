@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "ui/port_layout.h"
 
-#include <algorithm>
-
 namespace {
 
 QStringList letters(const char *text)
@@ -36,31 +34,18 @@ const QMap<QString, QString> two_port_colors{
     {QStringLiteral("B"), QStringLiteral("magenta")},
 };
 
-/// Products 22 and 21 show two VNA ports, but a refresh asks for the routes and colours of four.
-const QVector<port_layout_t> &port_layouts()
-{
-    constexpr auto four = route_query_t::four_ports;
-    constexpr auto two = route_query_t::two_ports;
-    static const QVector<port_layout_t> layouts{
-        {44, letters("ABCD"), four_blocks, split_reach({1, 3}, {0, 2}), letters("ABCD"), four,
-         four_port_colors},
-        {42, letters("ABCD"), two_blocks, split_reach({1}, {0}), letters("ABCD"), four,
-         four_port_colors},
-        {24, letters("AB"), four_blocks, full_reach, letters("AB"), two, two_port_colors},
-        {22, letters("AB"), two_blocks, full_reach, letters("ABCD"), two, four_port_colors},
-        {21, letters("AB"), one_block, full_reach, letters("ABCD"), two, four_port_colors},
-    };
-    return layouts;
-}
+constexpr auto four = route_query_t::four_ports;
+constexpr auto two = route_query_t::two_ports;
 
 } // namespace
 
-const port_layout_t *find_port_layout(int product)
-{
-    const QVector<port_layout_t> &layouts = port_layouts();
-    const auto *const layout =
-        std::find_if(layouts.begin(), layouts.end(), [product](const port_layout_t &candidate) {
-            return candidate.product == product;
-        });
-    return layout != layouts.end() ? layout : nullptr;
-}
+const port_layout_t port_layouts::tmx44{letters("ABCD"), four_blocks, split_reach({1, 3}, {0, 2}),
+                                        letters("ABCD"), four,        four_port_colors};
+const port_layout_t port_layouts::tmx42{letters("ABCD"), two_blocks, split_reach({1}, {0}),
+                                        letters("ABCD"), four,       four_port_colors};
+const port_layout_t port_layouts::tmx24{letters("AB"), four_blocks, full_reach,
+                                        letters("AB"), two,         two_port_colors};
+const port_layout_t port_layouts::tmx22{letters("AB"),   two_blocks, full_reach,
+                                        letters("ABCD"), two,        four_port_colors};
+const port_layout_t port_layouts::tmx21{letters("AB"),   one_block, full_reach,
+                                        letters("ABCD"), two,       four_port_colors};

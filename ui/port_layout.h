@@ -20,8 +20,6 @@ enum class route_query_t { four_ports, two_ports };
 /// What distinguishes one product's front panel from another's. The panel's code knows no product.
 struct port_layout_t
 {
-    /// The product type that the instrument reports.
-    int product;
     /// The VNA ports that have a button.
     QStringList vna_ports;
     QVector<port_block_t> blocks;
@@ -37,5 +35,12 @@ struct port_layout_t
 /// Test ports in a block.
 constexpr int ports_per_block = 6;
 
-/// The layout of a product type, or null for a type that is unknown.
-const port_layout_t *find_port_layout(int product);
+/// The layouts, each named after its product.
+namespace port_layouts {
+extern const port_layout_t tmx44;
+extern const port_layout_t tmx42;
+extern const port_layout_t tmx24;
+/// Products 22 and 21 show two VNA ports, but a refresh asks for the routes and colours of four.
+extern const port_layout_t tmx22;
+extern const port_layout_t tmx21;
+} // namespace port_layouts

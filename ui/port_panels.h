@@ -6,15 +6,16 @@
 #include "ui/port_layout.h"
 
 /// Declares the front panel of one product: a class with its own meta-object, whose name the
-/// panel's style sheet selects and whose slots can be invoked by name.
-#define CORVANE_PORT_CONTROL(class_name, product)                                                  \
+/// panel's style sheet selects and whose slots can be invoked by name. Its layout is one of
+/// `port_layouts`.
+#define CORVANE_PORT_CONTROL(class_name, layout)                                                   \
     class class_name final : public port_control_t                                                 \
     {                                                                                              \
         Q_OBJECT                                                                                   \
     public:                                                                                        \
         explicit class_name(QWidget *parent, const QString &object_name = {},                      \
                             const QString &style_sheet = {})                                       \
-            : port_control_t(*find_port_layout(product), parent, object_name, style_sheet)         \
+            : port_control_t(port_layouts::layout, parent, object_name, style_sheet)               \
         {                                                                                          \
             connect_slots();                                                                       \
         }                                                                                          \
@@ -43,11 +44,11 @@
         }                                                                                          \
     };
 
-CORVANE_PORT_CONTROL(ui_21port_control_widget_t, 21)
-CORVANE_PORT_CONTROL(ui_22port_control_widget_t, 22)
-CORVANE_PORT_CONTROL(ui_24port_control_widget_t, 24)
-CORVANE_PORT_CONTROL(ui_42port_control_widget_t, 42)
-CORVANE_PORT_CONTROL(ui_44port_control_widget_t, 44)
+CORVANE_PORT_CONTROL(ui_21port_control_widget_t, tmx21)
+CORVANE_PORT_CONTROL(ui_22port_control_widget_t, tmx22)
+CORVANE_PORT_CONTROL(ui_24port_control_widget_t, tmx24)
+CORVANE_PORT_CONTROL(ui_42port_control_widget_t, tmx42)
+CORVANE_PORT_CONTROL(ui_44port_control_widget_t, tmx44)
 
 CORVANE_PORT_FRAME(ui_21port_widget_t, ui_21port_control_widget_t)
 CORVANE_PORT_FRAME(ui_22port_widget_t, ui_22port_control_widget_t)

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "ui/ui_central_widget.h"
 
-#include "ui/port_panels.h"
+#include "ui/port_control.h"
+#include "ui/port_frame.h"
+#include "ui/products.h"
 #include "ui/ui_connect_widget.h"
 #include "ui/ui_port_widget.h"
 
@@ -29,22 +31,14 @@ ui_central_widget_t::ui_central_widget_t(QWidget *parent)
             SLOT(change_port_widget_slot(int)));
 }
 
-/// Top to bottom in the order of the rows here; one is visible at a time.
+/// One is visible at a time.
 void ui_central_widget_t::add_port_frames()
 {
-    const struct
-    {
-        int product;
-        port_frame_t *frame;
-    } rows[] = {
-        {21, new ui_21port_widget_t(this)}, {22, new ui_22port_widget_t(this)},
-        {24, new ui_24port_widget_t(this)}, {44, new ui_44port_widget_t(this)},
-        {42, new ui_42port_widget_t(this)},
-    };
-    for (const auto &row : rows) {
-        port_frames.insert(row.product, row.frame);
-        layout()->addWidget(row.frame);
-        row.frame->hide();
+    for (const product_t &product : products) {
+        port_frame_t *const frame = product.make_frame(this);
+        port_frames.insert(product.type, frame);
+        layout()->addWidget(frame);
+        frame->hide();
     }
 }
 
@@ -62,8 +56,8 @@ void ui_central_widget_t::change_port_widget_slot(int product_type)
 {
     current_product_type = product_type;
     port_frame_t *const shown = port_frames.value(product_type);
-    const port_layout_t *const layout = find_port_layout(product_type);
-    vna_ports = layout != nullptr ? layout->vna_ports.size() : unknown_product_vna_ports;
+    vna_ports =
+        shown != nullptr ? shown->control_widget()->vna_port_count() : unknown_product_vna_ports;
 
     // Hiding before showing keeps the window from growing to hold two panels at once.
     for (port_frame_t *const frame : qAsConst(port_frames))
