@@ -45,13 +45,12 @@ QString write_package(const package_folder_t &folder, quint32 image_bytes)
 double pauses_ms(quint32 image_bytes)
 {
     constexpr double query_ms = drv_device_t::write_pause_ms + drv_device_t::query_pause_ms;
-    constexpr double block_ms =
-        drv_device_t::write_pause_ms + segment_transfer::block_pause_ms + query_ms;
+    constexpr double block_ms = drv_device_t::write_pause_ms + segment_pauses::block_ms + query_ms;
     constexpr double announce_ms =
-        drv_device_t::write_pause_ms + segment_transfer::announce_pause_ms + query_ms;
+        drv_device_t::write_pause_ms + segment_pauses::announce_ms + query_ms;
     constexpr double reboot_ms = drv_device_t::write_pause_ms + reboot_pause_ms +
                                  drv_device_t::usb_open_attempts * drv_device_t::usb_retry_pause_ms;
-    return image_bytes / double(segment_transfer::block_bytes) * block_ms + announce_ms + reboot_ms;
+    return image_bytes / double(image_block_bytes) * block_ms + announce_ms + reboot_ms;
 }
 
 } // namespace

@@ -25,7 +25,7 @@
 
 namespace {
 
-constexpr int block_message_bytes = 8 + static_cast<int>(segment_transfer::block_bytes);
+constexpr int block_message_bytes = 8 + static_cast<int>(image_block_bytes);
 
 /// Takes everything and keeps nothing.
 constexpr const char *fleet = R"({"instruments": [

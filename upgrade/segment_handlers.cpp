@@ -32,7 +32,7 @@ bool announce_image(const segment_kind_t &kind, std::uint32_t image_bytes)
         return false;
     const std::string text = std::string(kind.command) + std::to_string(image_bytes);
     drv_device_t::instance()->link_write(text.data(), text.size());
-    pause_ms(segment_transfer::announce_pause_ms);
+    pause_ms(segment_pauses::announce_ms);
     return wait_ready();
 }
 
@@ -41,16 +41,15 @@ bool send_image_block(const segment_kind_t &kind, const std::filesystem::path &f
 {
     if (progress == 0 && !announce_image(kind, data_length))
         return false;
-    std::array<char, block_command.size() + segment_transfer::block_bytes> message{};
+    std::array<char, block_command.size() + image_block_bytes> message{};
     char *const block = std::copy(block_command.begin(), block_command.end(), message.begin());
     std::fill(block, message.end(), padding);
-    const auto count =
-        std::min<std::uint32_t>(data_length - progress, segment_transfer::block_bytes);
+    const auto count = std::min<std::uint32_t>(data_length - progress, image_block_bytes);
     if (!read_payload(file, std::uint64_t{data_offset} + progress, block, count))
         return false;
     progress += count;
     drv_device_t::instance()->link_write(message.data(), message.size());
-    pause_ms(segment_transfer::block_pause_ms);
+    pause_ms(segment_pauses::block_ms);
     return wait_ready();
 }
 
@@ -63,7 +62,7 @@ bool send_parameter(const segment_kind_t &kind, const std::filesystem::path &fil
         return false;
     progress = data_length;
     drv_device_t::instance()->link_write(command.data(), kind.command.size() + data_length);
-    pause_ms(segment_transfer::parameter_pause_ms);
+    pause_ms(segment_pauses::parameter_ms);
     return true;
 }
 

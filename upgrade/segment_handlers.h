@@ -13,13 +13,15 @@ using segment_handler_t =
     std::function<bool(const std::filesystem::path &file, std::uint32_t &progress,
                        std::uint32_t type, std::uint32_t data_offset, std::uint32_t data_length)>;
 
-/// The size of the blocks in which images go out, and the pauses after the commands.
-namespace segment_transfer {
-constexpr std::size_t block_bytes = 2048;
-constexpr unsigned long announce_pause_ms = 10;
-constexpr unsigned long block_pause_ms = 150;
-constexpr unsigned long parameter_pause_ms = 30;
-} // namespace segment_transfer
+/// The size of the blocks in which images go out.
+constexpr std::size_t image_block_bytes = 2048;
+
+/// The pauses after the commands that carry segments.
+namespace segment_pauses {
+constexpr unsigned long announce_ms = 10;
+constexpr unsigned long block_ms = 150;
+constexpr unsigned long parameter_ms = 30;
+} // namespace segment_pauses
 
 /// Enters the handler of every kind of segment into the table by which `dispatch_segment` goes.
 /// There is one table for the process; fill it only while no upgrade runs.
