@@ -122,6 +122,21 @@ QList<QPair<int, QByteArray>> simulator_t::images(const QByteArray &resource)
     return received;
 }
 
+QList<QPair<QByteArray, QByteArray>> simulator_t::parameters(const QByteArray &resource)
+{
+    QList<QPair<QByteArray, QByteArray>> received;
+    const std::size_t count = CONTROL(corvane_sim_parameter_count)(resource.constData());
+    for (std::size_t index = 0; index < count; ++index) {
+        char name[32] = "";
+        const QByteArray value = copied([&](void *bytes, std::size_t capacity) {
+            return CONTROL(corvane_sim_parameter)(resource.constData(), index, name, bytes,
+                                                  capacity);
+        });
+        received.append({QByteArray(name), value});
+    }
+    return received;
+}
+
 void simulator_t::fail_block(const QByteArray &resource, unsigned nth)
 {
     require(CONTROL(corvane_sim_upgrade_misbehave)(resource.constData(), 0, 0, nth, 0),

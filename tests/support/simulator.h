@@ -37,6 +37,8 @@ public:
     void add_fault(const corvane_sim_fault &fault);
     /// The firmware images received: kind (1 host, 3 boot) and bytes.
     QList<QPair<int, QByteArray>> images(const QByteArray &resource);
+    /// The device parameters received: name and bytes.
+    QList<QPair<QByteArray, QByteArray>> parameters(const QByteArray &resource);
     /// Makes the instrument unready at the n-th block (from 1) of an image.
     void fail_block(const QByteArray &resource, unsigned nth);
 
