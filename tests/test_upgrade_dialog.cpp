@@ -98,21 +98,11 @@ void test_upgrade_dialog::open_dialog()
 
 void test_upgrade_dialog::choose(const QString &path)
 {
-    QTimer timer;
-    connect(&timer, &QTimer::timeout, &timer, [&] {
-        auto *const chooser = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
-        if (chooser == nullptr)
-            return;
-        timer.stop();
-        QCOMPARE(chooser->windowTitle(), QStringLiteral("Select upgrade files"));
-        QCOMPARE(chooser->nameFilters(), QStringList{"*.ADS"});
-        QVERIFY(chooser->directory().isRoot() && chooser->parent() == nullptr);
-        auto *const field = chooser->findChild<QLineEdit *>();
-        QTest::sendKeyEvent(QTest::Click, field, Qt::Key_unknown, path, Qt::NoModifier);
-        QTest::keyClick(field, path.isEmpty() ? Qt::Key_Escape : Qt::Key_Return);
-    });
-    timer.start(1);
-    QVERIFY(perform(*dialog, "Browse"));
+    QVERIFY(choose_file(*dialog, path, [](const QFileDialog &chooser) {
+        QCOMPARE(chooser.windowTitle(), QStringLiteral("Select upgrade files"));
+        QCOMPARE(chooser.nameFilters(), QStringList{"*.ADS"});
+        QVERIFY(chooser.directory().isRoot() && chooser.parent() == nullptr);
+    }));
 }
 
 void test_upgrade_dialog::begin(const QString &name, const QByteArray &package)

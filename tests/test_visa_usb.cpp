@@ -1,6 +1,12 @@
 // SPDX-License-Identifier: MIT
-#include "sim/bus/bus.h"
+// First, since GLib has names that are keywords of Qt.
 #include "tests/support/usbtmc_device.h"
+
+#include "sim/bus/bus.h"
+#include "tests/support/dialog_driver.h"
+#include "tests/support/package_folder.h"
+#include "tests/support/recorded_pauses.h"
+#include "tests/support/window_driver.h"
 #include "visa_io/usb/usb_bus.h"
 
 #include <QtTest/QTest>
@@ -46,9 +52,19 @@ struct machine_t
         sim::fleet_t fleet = sim::default_fleet();
         fleet.instruments.resize(1);
         fleet.instruments[0].response_delay = delay;
+        fleet.reboot_time = 0ms; // the test takes the node away and brings it back
         bus.load(fleet);
     }
     ~machine_t() { g_object_unref(testbed); }
+
+    /// Everything that the instrument received.
+    QByteArrayList texts()
+    {
+        QByteArrayList all;
+        for (const auto &entry : bus.access()->log.entries())
+            all.append(QByteArray::fromStdString(entry.bytes));
+        return all;
+    }
 
     UMockdevTestbed *testbed = umockdev_testbed_new();
     sim::bus_t bus;
@@ -103,6 +119,7 @@ private slots:
     void dead_instrument_stretches_no_wait();
     void unplugged_instrument_is_lost_until_opened_again();
     void clear_status_and_trigger_go_beside_the_messages();
+    void program_loses_a_rebooting_instrument();
 };
 
 void test_visa_usb::search_names_what_is_plugged_in_at_the_moment()
@@ -164,11 +181,8 @@ void test_visa_usb::message_arrives_whole()
     bench_t bench;
     std::string image(2056, '\0');
     const auto received = [&bench] {
-        std::string all;
-        const auto access = bench.bus.access();
-        for (const auto &entry : access->log.entries())
-            all += entry.bytes;
-        access->log.clear();
+        const std::string all = bench.texts().join().toStdString();
+        bench.bus.access()->log.clear();
         return all;
     };
     for (const std::size_t size : {std::size_t(7), image.size(), std::size_t(9000)}) {
@@ -271,5 +285,66 @@ void test_visa_usb::clear_status_and_trigger_go_beside_the_messages()
     QCOMPARE(bench.device.triggers, 1);
 }
 
-QTEST_GUILESS_MAIN(test_visa_usb)
+void test_visa_usb::program_loses_a_rebooting_instrument()
+{
+    machine_t machine;
+    usbtmc_device_t device(*machine.testbed, machine.bus, 0, plain);
+    window_driver_t driver;
+    const auto rescan_and_route = [&] {
+        QVERIFY(driver.click("Rescan"));
+        QCOMPARE(driver.link_text(), "(USB)");
+        QVERIFY(driver.click("Reset") && driver.click("C") && driver.click("8"));
+        QCOMPARE(driver.lit_ports(), QStringList({"C", "8"}));
+    };
+    rescan_and_route();
+    QCOMPARE(driver.devices(), QStringList(plain_name));
+
+    // A reboot takes the node away, and the pause in it brings the node back.
+    recorded_pauses_t::instance().on_pause([&](unsigned long pause) {
+        if (pause == 500)
+            device.plug();
+        else if (machine.texts().last().startsWith("REBOOT"))
+            device.unplug();
+    });
+    QVERIFY(use_dialog([&] { QMetaObject::invokeMethod(&driver.window, "product_btn_click_slot"); },
+                       [](const QDialog &dialog) {
+                           QVERIFY(perform(dialog, "Product Type:=TMX44") &&
+                                   perform(dialog, "Set"));
+                       }));
+    QCOMPARE(machine.texts().last(), QByteArray("REBOOT"));
+    QVERIFY(!device.is_there());
+    QVERIFY(driver.click("A"));
+    device.plug();
+    machine.bus.access()->log.clear();
+    rescan_and_route();
+
+    const package_folder_t folder;
+    const QString package =
+        folder.write("a.ADS", make_package(44, {{1, pattern(3000)}, {5, "TMX"}}));
+    QStringList boxes;
+    QVERIFY(use_dialog([&] { driver.choose("Tool", "Upgrade"); },
+                       [&](const QDialog &dialog) {
+                           QVERIFY(choose_file(dialog, package) && perform(dialog, "Begin"));
+                           QTRY_VERIFY((boxes += driver.take_boxes()).size() > 1);
+                       }));
+    QCOMPARE(boxes, QStringList({"Information: Upgrade begin! [OK]",
+                                 "Information: Upgrade OK! [OK, Close]"}));
+    const QByteArrayList texts = machine.texts();
+    const QByteArray image = pattern(3000);
+    QCOMPARE(texts.mid(texts.indexOf("UPGRADE:ID?") + 1),
+             (QByteArrayList{{"REBOOT 1", 9},
+                             "HOSTUG 3000",
+                             "UPREADY?",
+                             "UPGRADE " + image.left(2048),
+                             "UPREADY?",
+                             "UPGRADE " + image.mid(2048).leftJustified(2048, '\xFF'),
+                             "UPREADY?",
+                             "SYSTem:DEVice:PRODUCTUG TMX",
+                             {"REBOOT", 7}}));
+    recorded_pauses_t::instance().reset();
+    QVERIFY(driver.click("Reset") && driver.click("C") && driver.click("8"));
+    QCOMPARE(driver.lit_ports(), QStringList({"C", "8"}));
+}
+
+CORVANE_GUI_TEST_MAIN(test_visa_usb)
 #include "test_visa_usb.moc"

@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QComboBox>
+#include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QTimer>
@@ -99,4 +100,22 @@ QStringList press_return_everywhere(const QDialog &dialog)
     } while (dialog.isVisible() && dialog.focusWidget() != first);
     labels.removeDuplicates();
     return labels;
+}
+
+bool choose_file(const QDialog &dialog, const QString &path,
+                 const std::function<void(const QFileDialog &)> &look)
+{
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, &timer, [&] {
+        auto *const chooser = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
+        if (chooser == nullptr)
+            return;
+        timer.stop();
+        look(*chooser);
+        auto *const field = chooser->findChild<QLineEdit *>();
+        QTest::sendKeyEvent(QTest::Click, field, Qt::Key_unknown, path, Qt::NoModifier);
+        QTest::keyClick(field, path.isEmpty() ? Qt::Key_Escape : Qt::Key_Return);
+    });
+    timer.start(1);
+    return perform(dialog, "Browse");
 }

@@ -6,6 +6,8 @@
 
 #include <functional>
 
+class QFileDialog;
+
 // In all of these a widget's label is a button's text, that of the label before a field or else
 // what assistive technology reads out.
 
@@ -22,3 +24,9 @@ QString shown(const QDialog &dialog, const QString &label);
 
 /// Goes once around a dialog with Tab, presses Return at each stop and returns their labels.
 QStringList press_return_everywhere(const QDialog &dialog);
+
+/// Presses "Browse", types a path into the file dialog and presses Return, or Escape when the path
+/// is empty. `look` sees the file dialog first.
+bool choose_file(
+    const QDialog &dialog, const QString &path,
+    const std::function<void(const QFileDialog &)> &look = [](const QFileDialog &) {});

@@ -86,6 +86,8 @@ std::string usbtmc_device_t::node_file() const
 
 void usbtmc_device_t::plug()
 {
+    if (is_plugged)
+        return;
     bus.access()->plug(place);
     session = bus.open(place);
     gchar *device = umockdev_testbed_add_device(

@@ -31,9 +31,11 @@ public:
     usbtmc_device_t(const usbtmc_device_t &) = delete;
     usbtmc_device_t &operator=(const usbtmc_device_t &) = delete;
 
-    /// Takes the node away, in the middle of whatever goes on, and brings it back.
+    /// Takes the node away, in the middle of whatever goes on, and brings it back, unless it is
+    /// away or there.
     void unplug();
     void plug();
+    bool is_there() const { return is_plugged; }
 
     /// The file behind the node, whose permissions are the node's.
     std::string node_file() const;
