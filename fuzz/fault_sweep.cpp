@@ -8,6 +8,7 @@
 
 #include "fuzz/fault_list.h"
 #include "fuzz/session_player.h"
+#include "fuzz/sweep_report.h"
 #include "upgrade/upgrade_protocol.h"
 
 #include <QCommandLineParser>
@@ -15,52 +16,15 @@
 #include <QElapsedTimer>
 
 #include <algorithm>
-#include <array>
-#include <csignal>
 #include <cstdio>
-#include <cstring>
 #include <map>
-
-#include <unistd.h>
 
 namespace {
 
-/// A session that does not end in this time hangs.
-constexpr unsigned hang_s = 60;
 /// The machine may be busy with other things too: a session may take so many times the time of an
 /// undisturbed one, and one that takes longer is played again before that counts.
 constexpr qint64 slack = 4;
 constexpr int most_attempts = 3;
-
-std::array<char, 80> current_fault{};
-
-/// Says which fault it was when the program ends in the middle of a session.
-extern "C" void report_death(int signal_number)
-{
-    constexpr char crashed[] = "CRASHED: ";
-    constexpr char hangs[] = "HANGS: ";
-    const bool late = signal_number == SIGALRM;
-    const bool written =
-        ::write(STDOUT_FILENO, late ? hangs : crashed, (late ? sizeof hangs : sizeof crashed) - 1) >
-            0 &&
-        ::write(STDOUT_FILENO, current_fault.data(), std::strlen(current_fault.data())) > 0;
-    ::_exit(written ? 1 : 2);
-}
-
-void watch(const QString &what)
-{
-    std::snprintf(current_fault.data(), current_fault.size(), "%s\n", qPrintable(what));
-    ::alarm(hang_s);
-}
-
-/// What came of one kind of fault.
-struct figures_t
-{
-    int tried = 0;
-    int survived = 0;
-    qint64 slowest_ms = -1;
-    QString slowest;
-};
 
 class fault_sweep_t
 {
@@ -70,8 +34,7 @@ public:
     std::vector<sweep_fault_t> faults();
     void try_fault(const sweep_fault_t &fault);
     void print_session() const;
-    /// True when every fault was survived, and there was one.
-    bool print_figures() const;
+    const sweep_report_t &outcome() const { return report; }
 
 private:
     /// Plays the session in a new window, with a fault if there is one, and measures it.
@@ -85,7 +48,7 @@ private:
     std::map<corvane_sim_entry_t, std::uint64_t> session_calls;
     qint64 undisturbed_ms = 0;
     qint64 longest_ms = 0;
-    std::map<QString, figures_t> figures;
+    sweep_report_t report;
 };
 
 qint64 fault_sweep_t::play_ms(const sweep_fault_t *fault)
@@ -110,7 +73,7 @@ std::uint64_t fault_sweep_t::calls_made(corvane_sim_entry_t entry)
 
 bool fault_sweep_t::prepare()
 {
-    watch(QStringLiteral("without a fault"));
+    report.begin(QStringLiteral("without a fault"));
     // The first time everything is loaded, the second time tells.
     play_ms();
     undisturbed_ms = play_ms();
@@ -151,19 +114,10 @@ QString fault_sweep_t::failure_of(const sweep_fault_t &fault, qint64 session_ms)
 
 void fault_sweep_t::try_fault(const sweep_fault_t &fault)
 {
-    watch(fault.text());
+    report.begin(fault.text());
     const qint64 session_ms = play_in_time_ms(fault);
-    const QString failure = failure_of(fault, session_ms);
-    figures_t &result = figures[QString::fromLatin1(fault.kind)];
-    ++result.tried;
-    if (failure.isEmpty())
-        ++result.survived;
-    else
-        std::printf("FAILED: %s: %s\n", qPrintable(fault.text()), qPrintable(failure));
-    if (session_ms > result.slowest_ms) {
-        result.slowest_ms = session_ms;
-        result.slowest = fault.text();
-    }
+    report.end(QString::fromLatin1(fault.kind), fault.text(), failure_of(fault, session_ms),
+               session_ms);
 }
 
 void fault_sweep_t::print_session() const
@@ -175,25 +129,8 @@ void fault_sweep_t::print_session() const
                 undisturbed_ms, longest_ms);
 }
 
-bool fault_sweep_t::print_figures() const
-{
-    figures_t total;
-    std::printf("%-10s %7s %9s  %s\n", "fault", "tried", "survived", "slowest session");
-    for (const auto &[kind, result] : figures) {
-        std::printf("%-10s %7d %9d  %lld ms, %s\n", qPrintable(kind), result.tried, result.survived,
-                    result.slowest_ms, qPrintable(result.slowest));
-        total.tried += result.tried;
-        total.survived += result.survived;
-    }
-    std::printf("%-10s %7d %9d\n", "all", total.tried, total.survived);
-    return total.tried > 0 && total.survived == total.tried;
-}
-
 int sweep(int every, const QString &kind)
 {
-    std::setvbuf(stdout, nullptr, _IOLBF, 0);
-    std::signal(SIGALRM, report_death);
-    std::signal(SIGABRT, report_death);
     fault_sweep_t sweep;
     if (!sweep.prepare()) {
         std::printf("FAILED: the session fails without a fault\n");
@@ -206,8 +143,7 @@ int sweep(int every, const QString &kind)
         if (chosen && number++ % every == 0)
             sweep.try_fault(fault);
     }
-    ::alarm(0);
-    return sweep.print_figures() ? 0 : 1;
+    return sweep.outcome().print() ? 0 : 1;
 }
 
 } // namespace

@@ -68,6 +68,10 @@ void test_connect_panel::rescan_lists_foreign_instruments_or_none_silently()
     QCOMPARE(driver.take_boxes(), QStringList("Information: Target device no find! [OK, Close]"));
     QCOMPARE(driver.devices(), QStringList());
     QCOMPARE(driver.link_text(), "(USB)");
+    simulator.load_fleet(R"({"instruments": [{"product": 21, "serial": "N1",
+                             "resources": ["USB0::0xA17E::0x2000::N1::INSTR"]}]})");
+    QVERIFY(driver.click("Rescan"));
+    QCOMPARE(driver.panel(), "ui_21port_control_widget_t");
 }
 
 void test_connect_panel::failed_open_passes_for_the_connection()

@@ -242,6 +242,11 @@ void test_instrument_link::reply_fills_the_wrong_places()
     QCOMPARE(record.lowest, -6);
     QCOMPARE(record.highest, 3);
     QCOMPARE(record.exact, 4);
+
+    // Fixed is every address but a leased one.
+    simulator.take_texts();
+    QVERIFY(command().lan_apply({"2", "bench", "10.0.0.2", "255.0.0.0", "10.0.0.1", ""}));
+    QCOMPARE(simulator.take_texts().value(1), QByteArray("SET:LAN:IP 10.0.0.2"));
 }
 
 void test_instrument_link::replies_lose_exactly_one_character()

@@ -96,6 +96,7 @@ private slots:
     void open_takes_too_long_or_takes_anything_data();
     void open_takes_too_long_or_takes_anything();
     void message_is_cut_wrongly();
+    void session_leaves_a_lock_or_link_behind();
     void waiting_call_holds_up_another_session_or_its_close();
     void program_misses_what_lan_allows();
 };
@@ -218,6 +219,11 @@ void test_visa_lan::open_takes_too_long_or_takes_anything()
 
 void test_visa_lan::message_is_cut_wrongly()
 {
+    for (const std::uint32_t taken : {0U, 8U}) {
+        scripted_server_t server(host, {static_cast<std::uint32_t>(procedure_t::device_write),
+                                        {reply(error_number_result_t{0, taken})}});
+        QCOMPARE(write(opened(), "*IDN?"), error_io);
+    }
     scripted_server_t server(host, {}, 1000);
     const ViSession session = opened();
     const std::string image = std::string(2055, 'x') + '\0';
@@ -233,6 +239,25 @@ void test_visa_lan::message_is_cut_wrongly()
     }
     QCOMPARE(writes.size(), std::size(flags));
     QCOMPARE(data, image + "part");
+}
+
+void test_visa_lan::session_leaves_a_lock_or_link_behind()
+{
+    const std::string part = reply(read_result_t{0, reason_term_char, "fi"});
+    scripted_server_t server(host, {static_cast<std::uint32_t>(procedure_t::device_read), {part}});
+    const ViSession owner = opened();
+    const ViSession other = opened();
+    QCOMPARE(viLock(owner, access_exclusive_lock, timeout_immediate, nullptr, nullptr), success);
+    QCOMPARE(write(other, "*IDN?"), error_resource_locked);
+    QCOMPARE(viClose(owner), success);
+    QCOMPARE(server.destroyed_links(), 1U);
+    QCOMPARE(write(other, "*IDN?"), success);
+    viSetAttribute(other, attribute_term_char, 'i');
+    viSetAttribute(other, attribute_term_char_enable, 1);
+    std::string text;
+    QCOMPARE(read(other, text), success_term_char);
+    QCOMPARE(text, std::string("fi"));
+    QCOMPARE(viClose(other), success);
 }
 
 void test_visa_lan::waiting_call_holds_up_another_session_or_its_close()

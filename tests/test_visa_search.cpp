@@ -31,16 +31,17 @@ void test_visa_search::library_is_missed_or_a_useless_one_taken_data()
          {"visa32.dll", "libvisa.so", "libvisa.so.0", "libvisa.so.7", "librsvisa.so",
           "libktvisa32.so", "libiovisa.so", "libcorvane-visa.so"})
         QTest::addRow("%s=complete", name) << true << name + QByteArray(": used\n");
-    const char *const same_name[] = {"libvisa.so=lacks viRead|libvisa.so=complete",
-                                     "libvisa.so=text|libvisa.so=complete",
-                                     "libvisa.so=lacks viRead|libvisa.so=text|libvisa.so=complete"};
+    const char *const same_name[] = {
+        "libvisa.so=lacks viWrite, viRead|libvisa.so=complete",
+        "libvisa.so=text|libvisa.so=complete",
+        "libvisa.so=lacks viWrite, viRead|libvisa.so=text|libvisa.so=complete"};
     for (const char *const folders : same_name)
         QTest::newRow(folders) << true << QByteArray("/libvisa.so: used\n");
-    QTest::newRow("visa32.dll=lacks viRead|libvisa.so=complete")
-        << true << QByteArray("visa32.dll: lacks viRead\n");
-    QTest::newRow("libvisa.so=lacks viRead|libktvisa32.so=complete")
-        << true << QByteArray("libvisa.so: lacks viRead\n");
-    QTest::newRow("libvisa.so=lacks viRead|libiovisa.so=text")
+    QTest::newRow("visa32.dll=lacks viWrite, viRead|libvisa.so=complete")
+        << true << QByteArray("visa32.dll: lacks viWrite, viRead\n");
+    QTest::newRow("libvisa.so=lacks viWrite, viRead|libktvisa32.so=complete")
+        << true << QByteArray("libvisa.so: lacks viWrite, viRead\n");
+    QTest::newRow("libvisa.so=lacks viWrite, viRead|libiovisa.so=text")
         << false << QByteArray("/libiovisa.so: file too short");
     QTest::newRow("libother.so=complete")
         << false << QByteArray("libcorvane-visa.so: cannot open shared object file");
@@ -56,7 +57,7 @@ void test_visa_search::library_is_missed_or_a_useless_one_taken()
 {
     static const QHash<QString, QString> libraries{
         {"complete", CORVANE_SIM_VISA},
-        {"lacks viRead", CORVANE_LACKING_VISA},
+        {"lacks viWrite, viRead", CORVANE_LACKING_VISA},
         {"opens at the right terms", CORVANE_OPENING_VISA}};
     QFETCH(bool, found);
     QFETCH(QByteArray, said);

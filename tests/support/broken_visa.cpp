@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// VISA libraries that are of no use: one lacks viRead, another's default resource manager does not
-// open. A third one opens whatever it is asked to open without a lock and within 200 ms.
+// VISA libraries that are of no use: one lacks viWrite and viRead, another's default resource
+// manager does not open. A third one opens whatever it is asked to open without a lock and within
+// 200 ms.
 
 #include <cstdint>
 
@@ -44,7 +45,7 @@ CORVANE_EXPORT std::int32_t viOpen(std::uint32_t manager, const char * /*name*/,
 CORVANE_REFUSING(viOpen)
 #endif
 CORVANE_REFUSING(viClear)
+#ifndef CORVANE_LACKS_TRANSFERS
 CORVANE_REFUSING(viWrite)
-#ifndef CORVANE_LACKS_READ
 CORVANE_REFUSING(viRead)
 #endif

@@ -135,6 +135,9 @@ std::string scripted_server_t::reply_to(const rpc::call_t &call)
     case procedure_t::device_read:
         out.structure(read_result_t{0, reason_end, "fine"});
         break;
+    case procedure_t::destroy_link:
+        ++destroyed_count;
+        [[fallthrough]];
     default:
         out.structure(error_result_t{0});
         break;

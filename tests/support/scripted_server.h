@@ -37,6 +37,8 @@ public:
 
     /// How many links were made.
     unsigned links() const { return link_count; }
+    /// How many of them were given back.
+    unsigned destroyed_links() const { return destroyed_count; }
 
 private:
     void accept_all();
@@ -53,6 +55,7 @@ private:
     std::vector<int> sockets;
     bool played = false;
     std::atomic<unsigned> link_count{0};
+    std::atomic<unsigned> destroyed_count{0};
     std::vector<std::thread> servants;
     std::thread acceptor;
 };

@@ -73,7 +73,7 @@ std::size_t piece_bytes(std::uint32_t most_write)
 
 lan_link_t::lan_link_t(std::vector<in_addr> host_addresses, std::string device_name)
     : addresses(std::move(host_addresses)),
-      device(device_name.empty() ? "inst0" : std::move(device_name)),
+      device(std::move(device_name)),
       client(core_program, served_version, stop)
 {
 }
