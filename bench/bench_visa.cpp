@@ -29,18 +29,18 @@ int main(int argc, char **argv)
     if (argc != 3)
         return 2;
     const std::string name = std::string("TCPIP0::") + argv[1] + "::INSTR";
-    const int queries = std::atoi(argv[2]);
+    const long queries = std::strtol(argv[2], nullptr, 10);
     ViSession manager = visa::null_object;
     ViSession session = visa::null_object;
     if (viOpenDefaultRM(&manager) != visa::success ||
         viOpen(manager, name.c_str(), 0, 1000, &session) != visa::success || !query(session))
         return 1;
     const auto begin = std::chrono::steady_clock::now();
-    for (int done = 0; done < queries; ++done)
+    for (long done = 0; done < queries; ++done)
         if (!query(session))
             return 1;
     const std::chrono::duration<double, std::milli> taken =
         std::chrono::steady_clock::now() - begin;
-    std::printf("%.3f\n", queries / taken.count());
+    std::printf("%.3f\n", static_cast<double>(queries) / taken.count());
     return viClose(manager) == visa::success ? 0 : 1;
 }
