@@ -85,8 +85,6 @@ ViStatus open_default_manager(ViSession *manager)
 ViStatus find_resources(ViSession manager, const char *expression, ViFindList *list,
                         ViUInt32 *count, char *name)
 {
-    if (count != nullptr)
-        *count = 0;
     const auto instruments = find_instruments();
     const session_call_t call(manager);
     return call.world.objects.find(
