@@ -48,8 +48,7 @@ const char *break_text(chain_step_t step)
 std::filesystem::path package_path(const std::filesystem::path &path)
 {
     std::error_code error;
-    const std::filesystem::path absolute =
-        std::filesystem::absolute(path, error).lexically_normal();
+    std::filesystem::path absolute = std::filesystem::absolute(path, error).lexically_normal();
     if (to_package_name(absolute.u8string()).empty()) {
         throw std::runtime_error(absolute.u8string() +
                                  ": Corvane cannot open it, GB2312 lacks a character of its path");
