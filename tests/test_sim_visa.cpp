@@ -292,6 +292,9 @@ void test_sim_visa::shared_lock_is_for_those_with_its_key()
     QCOMPARE(viUnlock(one), success_nested_shared);
     QCOMPARE(viUnlock(one), success);
     QCOMPARE(lock_state(stranger), access_no_lock);
+    QCOMPARE(lock(one, access_shared_lock), success);
+    QCOMPARE(viClose(one), success);
+    QCOMPARE(lock_state(stranger), access_no_lock);
 }
 
 void test_sim_visa::call_out_of_place_gives_the_standard_status()
