@@ -180,6 +180,7 @@ void test_package_tool::refusal_gives_no_reason_or_the_wrong_status()
         {"", {"check", package, "--accept", "0,-7,9,0"}, 0, "accepted: product id -7"},
         {"", {"check", package, "--accept", "-7,-6,9,0"}, 1, "accepts -6 to 9"},
         {"", {"check", package, "--accept", " -7 ,9,9,1x,5"}, 0, "accepts only -7"},
+        {"", {"check", package, "--accept", "-7,"}, 1, "accepts 0 to 0"},
         {"", {"check", odd, "--accept", "44"}, 1, "the instrument accepts 1 to 0"},
         {"", {"check", folder.path("boot"), "--accept", "44"}, 1, "this is no firmware package"},
         {"", {}, 2, "A subcommand is required"},
