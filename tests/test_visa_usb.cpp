@@ -181,7 +181,7 @@ void test_visa_usb::message_arrives_whole()
     bench_t bench;
     std::string image(2056, '\0');
     const auto received = [&bench] {
-        const std::string all = bench.texts().join().toStdString();
+        std::string all = bench.texts().join().toStdString();
         bench.bus.access()->log.clear();
         return all;
     };
