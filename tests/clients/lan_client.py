@@ -11,10 +11,12 @@ import socket
 import struct
 import subprocess
 import tempfile
+import threading
 import time
 import unittest
 
 import pyvisa
+from pyvisa_py.protocols import rpc, vxi11
 
 FLEET = {
     "reboot_ms": 200,
@@ -191,6 +193,77 @@ class Clients(unittest.TestCase):
         self.assertEqual((second.returncode, second.stdout), (1, ""))
         for text in ("127.0.0.1, port 111: ", "unshare -r -n", "setcap cap_net_bind_service"):
             self.assertIn(text, second.stderr)
+
+
+class Links(unittest.TestCase):
+    """Calls of the core channel, one by one, and the error that each ends in."""
+
+    def setUp(self):
+        (self.owner, self.link), (self.other, self.others) = self.open(), self.open()
+
+    def open(self, host="127.0.0.1"):
+        client = vxi11.CoreClient(host)
+        self.addCleanup(client.close)
+        error, link, self.abort_port, _ = client.create_link(1, False, 0, "inst0")
+        self.assertEqual(error, 0)
+        return client, link
+
+    def test_call_that_is_not_served_is_refused(self):
+        for device in ("inst1", "", "inst", "inst00", "gpib0,5"):
+            self.assertEqual(self.owner.create_link(1, False, 0, device)[0], 3)
+        generic = self.link, 0, 0, 0
+        self.assertEqual(self.other.device_trigger(*generic), 4)  # a link of another connection
+        self.assertEqual(self.owner.device_remote(*generic), 8)
+        self.assertEqual(self.owner.device_local(*generic), 8)
+        self.assertEqual(self.owner.device_enable_srq(self.link, True, b""), 8)
+        # Longer than any message: refused, and forgotten.
+        much = b" " * 500_000
+        errors = [self.owner.device_write(self.link, 0, 0, 0, much)[0] for _ in range(3)]
+        self.assertEqual(errors, [0, 0, 17])
+        self.assertEqual(self.owner.device_write(self.link, 0, 0, 8, b"ROUTes?")[0], 0)
+        self.assertEqual(self.owner.device_read(self.link, 100, 500, 0, 0, 0), (0, 4, b"0,0,0,0\n"))
+
+    def test_lock_is_for_one_link(self):
+        self.assertEqual(self.owner.device_lock(self.link, 0, 0), 0)
+        generic = self.others, 0, 30, 30
+        for wait in (0, 1):
+            self.assertEqual(self.other.device_lock(self.others, wait, 30), 11)
+        self.assertEqual(self.other.device_read(self.others, 9, 30, 30, 0, 0)[0], 11)
+        self.assertEqual(self.other.device_read_stb(*generic)[0], 11)
+        self.assertEqual(self.other.device_trigger(*generic), 11)
+        self.assertEqual(self.other.device_clear(*generic), 11)
+        self.assertEqual(self.other.device_unlock(self.others), 12)
+        self.assertEqual(self.other.create_link(1, True, 30, "inst0")[0], 11)
+        self.assertEqual(self.owner.device_unlock(self.link), 0)
+        error, third, _, _ = self.other.create_link(1, True, 30, "inst0")
+        self.assertEqual((error, self.owner.device_lock(self.link, 0, 0)), (0, 11))
+        self.assertEqual(self.other.destroy_link(third), 0)
+        self.assertEqual(self.owner.device_lock(self.link, 0, 0), 0)
+
+    def test_abort_ends_the_wait_of_its_link_only(self):
+        client, link = self.open("127.0.0.2")
+        abort = rpc.RawTCPClient("127.0.0.2", 395184, 1, self.abort_port, 5000)
+        self.addCleanup(abort.close)
+        abort.packer, abort.unpacker = vxi11.Vxi11Packer(), vxi11.Vxi11Unpacker("")
+        client.device_write(link, 0, 0, 8, b"ROUTes?")
+        results = []
+        read = threading.Thread(
+            target=lambda: results.append(client.device_read(link, 99, 9000, 0, 0, 0)[0]))
+        read.start()
+        time.sleep(0.1)
+        for number, error in ((link + 99, 4), (link, 0)):
+            self.assertEqual(abort.make_call(1, number, abort.packer.pack_device_link,
+                                             abort.unpacker.unpack_device_error), error)
+        read.join(5)
+        self.assertEqual(results, [23])
+        self.assertEqual(client.device_read(link, 99, 9000, 0, 0, 0), (0, 4, b"0,0\n"))
+
+    def test_port_mapper_knows_this_protocol_only(self):
+        mapper = rpc.TCPPortMapperClient("127.0.0.1")
+        self.addCleanup(mapper.close)
+        ports = [mapper.get_port((395183, version, protocol, 0))
+                 for version, protocol in ((1, 6), (1, 17), (2, 6))]
+        self.assertEqual([port > 0 for port in ports], [True, False, False])
 
 
 class HostileClients(unittest.TestCase):
