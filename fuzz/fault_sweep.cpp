@@ -11,8 +11,6 @@
 #include "fuzz/sweep_report.h"
 #include "upgrade/upgrade_protocol.h"
 
-#include <QCommandLineParser>
-#include <QCoreApplication>
 #include <QElapsedTimer>
 
 #include <algorithm>
@@ -129,7 +127,7 @@ void fault_sweep_t::print_session() const
                 undisturbed_ms, longest_ms);
 }
 
-int sweep(int every, const QString &kind)
+int sweep(fault_choice_t choice)
 {
     fault_sweep_t sweep;
     if (!sweep.prepare()) {
@@ -137,12 +135,9 @@ int sweep(int every, const QString &kind)
         return 1;
     }
     sweep.print_session();
-    int number = 0;
-    for (const sweep_fault_t &fault : sweep.faults()) {
-        const bool chosen = kind.isEmpty() || kind == QLatin1String(fault.kind);
-        if (chosen && number++ % every == 0)
+    for (const sweep_fault_t &fault : sweep.faults())
+        if (choice.takes(QString::fromLatin1(fault.kind)))
             sweep.try_fault(fault);
-    }
     return sweep.outcome().print() ? 0 : 1;
 }
 
@@ -150,13 +145,5 @@ int sweep(int every, const QString &kind)
 
 int main(int argc, char **argv)
 {
-    return run_gui_test(argc, argv, [](int, char **) {
-        QCommandLineParser parser;
-        const QCommandLineOption every("every", "Try only each K-th fault.", "K", "1");
-        const QCommandLineOption kind("kind", "Try only one kind of fault.", "NAME");
-        parser.addOptions({every, kind});
-        parser.addHelpOption();
-        parser.process(*QCoreApplication::instance());
-        return sweep(std::max(1, parser.value(every).toInt()), parser.value(kind));
-    });
+    return run_sweep(argc, argv, sweep);
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The fault sweep over LAN with our VISA library for real instruments: a session of the real
 // program with a simulated instrument on the network, again and again, each time with one exchange
-// of the instrument failing in one way: lan_sweep [--every K]
+// of the instrument failing in one way: lan_sweep [--every K] [--kind NAME]
 //
 // To be run in a network namespace, where it takes port 111, and without the C library's pauses.
 
@@ -11,8 +11,6 @@
 #include "tests/support/dialog_driver.h"
 #include "tests/support/window_driver.h"
 
-#include <QCommandLineParser>
-#include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QtTest/QTest>
 
@@ -54,7 +52,7 @@ const std::vector<row_t> rows{
     {"error", operation_t::write, fault_kind_t::status, -1, {}},
     {"error", operation_t::read, fault_kind_t::status, -1, {}},
     {"time-out", operation_t::write, fault_kind_t::lost, 0, {}},
-    {"late", operation_t::write, fault_kind_t::delay, wait_ms + 500, {}},
+    {"time-out", operation_t::write, fault_kind_t::delay, wait_ms + 500, {}},
     {"empty", operation_t::read, fault_kind_t::truncated, 0, {}},
     {"oversized", operation_t::read, fault_kind_t::oversized, 100'000, {}},
     {"garbage", operation_t::read, fault_kind_t::replaced, 0,
@@ -162,7 +160,7 @@ class lan_sweep_t
 public:
     /// Plays the session without a fault; false when it does not do what it should.
     bool prepare();
-    void try_each(int every);
+    void try_each(fault_choice_t choice);
     const sweep_report_t &outcome() const { return report; }
 
 private:
@@ -215,28 +213,27 @@ void lan_sweep_t::try_fault(const row_t &row, std::uint32_t nth)
     report.end(QLatin1String(row.kind), what, failure, session_ms);
 }
 
-void lan_sweep_t::try_each(int every)
+void lan_sweep_t::try_each(fault_choice_t choice)
 {
-    int number = 0;
     for (const row_t &row : rows) {
         const std::uint64_t before = calls(row.operation);
         player.open_window();
         player.play();
         const std::uint64_t in_session = calls(row.operation) - before;
         for (std::uint32_t nth = 1; nth <= in_session; ++nth)
-            if (number++ % every == 0)
+            if (choice.takes(QLatin1String(row.kind)))
                 try_fault(row, nth);
     }
 }
 
-int sweep(int every)
+int sweep(const fault_choice_t &choice)
 {
     lan_sweep_t sweep;
     if (!sweep.prepare()) {
         std::printf("FAILED: the session fails without a fault\n");
         return 1;
     }
-    sweep.try_each(every);
+    sweep.try_each(choice);
     return sweep.outcome().print() ? 0 : 1;
 }
 
@@ -244,12 +241,5 @@ int sweep(int every)
 
 int main(int argc, char **argv)
 {
-    return run_gui_test(argc, argv, [](int, char **) {
-        QCommandLineParser parser;
-        const QCommandLineOption every("every", "Try only each K-th fault.", "K", "1");
-        parser.addOption(every);
-        parser.addHelpOption();
-        parser.process(*QCoreApplication::instance());
-        return sweep(std::max(1, parser.value(every).toInt()));
-    });
+    return run_sweep(argc, argv, sweep);
 }

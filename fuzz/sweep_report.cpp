@@ -1,6 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "fuzz/sweep_report.h"
 
+#include "tests/support/window_driver.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+
+#include <algorithm>
 #include <array>
 #include <csignal>
 #include <cstdio>
@@ -27,6 +33,11 @@ extern "C" void report_death(int signal_number)
 }
 
 } // namespace
+
+bool fault_choice_t::takes(const QString &kind)
+{
+    return (chosen_kind.isEmpty() || kind == chosen_kind) && number++ % every == 0;
+}
 
 sweep_report_t::sweep_report_t()
 {
@@ -73,4 +84,17 @@ bool sweep_report_t::print() const
     }
     std::printf("%-10s %7d %9d\n", "all", total.tried, total.survived);
     return total.tried > 0 && total.survived == total.tried;
+}
+
+int run_sweep(int argc, char **argv, const std::function<int(fault_choice_t)> &sweep)
+{
+    return run_gui_test(argc, argv, [&sweep](int, char **) {
+        QCommandLineParser parser;
+        const QCommandLineOption every("every", "Try only each K-th fault.", "K", "1");
+        const QCommandLineOption kind("kind", "Try only one kind of fault.", "NAME");
+        parser.addOptions({every, kind});
+        parser.addHelpOption();
+        parser.process(*QCoreApplication::instance());
+        return sweep(fault_choice_t(std::max(1, parser.value(every).toInt()), parser.value(kind)));
+    });
 }

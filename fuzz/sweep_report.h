@@ -3,7 +3,26 @@
 
 #include <QString>
 
+#include <functional>
 #include <map>
+
+/// Which faults of a sweep are tried: all of one kind, or each K-th.
+class fault_choice_t
+{
+public:
+    explicit fault_choice_t(int k = 1, const QString &only_kind = {})
+        : every(k), chosen_kind(only_kind)
+    {
+    }
+
+    /// To be asked for each fault once, in order.
+    bool takes(const QString &kind);
+
+private:
+    int every;
+    QString chosen_kind;
+    int number = 0;
+};
 
 /// What came of the faults of a sweep, as a table. A program that crashes or hangs under one says
 /// under which, and ends with status 1.
@@ -33,3 +52,6 @@ private:
 
     std::map<QString, figures_t> figures;
 };
+
+/// Runs a sweep as a program with a display, and the options --every and --kind.
+int run_sweep(int argc, char **argv, const std::function<int(fault_choice_t)> &sweep);

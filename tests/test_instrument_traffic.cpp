@@ -91,6 +91,9 @@ private slots:
     void double_click_toggles_twice();
 
 private:
+    /// Begins anew: connects, clicks ports, waits until the window takes input, and forgets what
+    /// was sent.
+    void connect_and_click(window_driver_t &driver, const QStringList &ports);
     /// Does this once, in the first pause of the next exchange.
     void during_exchange(const std::function<void()> &action);
 
@@ -114,6 +117,16 @@ void test_instrument_traffic::during_exchange(const std::function<void()> &actio
     });
 }
 
+void test_instrument_traffic::connect_and_click(window_driver_t &driver, const QStringList &ports)
+{
+    init();
+    QVERIFY(driver.connect_usb("SN44"));
+    for (const QString &port : ports)
+        QVERIFY(driver.click(port));
+    QTRY_VERIFY(takes_keys(driver.window));
+    simulator.take_texts();
+}
+
 void test_instrument_traffic::input_during_an_exchange_acts()
 {
     const struct
@@ -125,12 +138,9 @@ void test_instrument_traffic::input_during_an_exchange_acts()
                 {CORVANE_SIM_FAULT_LOST, CORVANE_SIM_READ, 0, 5},
                 {CORVANE_SIM_FAULT_STATUS, CORVANE_SIM_WRITE, simulator_t::vi_error_io, 0}};
     for (const auto &row : rows) {
-        init();
         window_driver_t driver;
         hands_t hands{driver.window};
-        QVERIFY(driver.connect_usb("SN44") && driver.click("A"));
-        QTRY_VERIFY(takes_keys(driver.window));
-        simulator.take_texts();
+        connect_and_click(driver, {"A"});
         simulator.add_fault({row.kind, row.entry, 1, nullptr, 1, row.value, nullptr, 0});
         driver.button("D")->setFocus(Qt::TabFocusReason);
 
@@ -163,13 +173,10 @@ void test_instrument_traffic::held_button_sticks_or_clicks()
 {
     // Each is released meanwhile but the key that is repeated and the one that is pressed then.
     for (const QString held_by : {"mouse", "key", "repeated key", "late key"}) {
-        init();
         const bool by_mouse = held_by == "mouse";
         window_driver_t driver;
         hands_t hands{driver.window};
-        QVERIFY(driver.connect_usb("SN44") && driver.click("A") && driver.click("3"));
-        QTRY_VERIFY(takes_keys(driver.window));
-        simulator.take_texts();
+        connect_and_click(driver, {"A", "3"});
         QAbstractButton *const held = driver.button("D");
         QAbstractButton *const routed = driver.button("A");
         (by_mouse ? routed : held)->setFocus(Qt::TabFocusReason);
@@ -220,8 +227,7 @@ void test_instrument_traffic::nothing_came_but_something_is_lost()
 {
     window_driver_t driver;
     hands_t hands{driver.window};
-    QVERIFY(driver.connect_usb("SN44"));
-    QTRY_VERIFY(takes_keys(driver.window));
+    connect_and_click(driver, {});
     hands.click(driver.button("D"));
     {
         const instrument_traffic_t too_short;
@@ -233,12 +239,9 @@ void test_instrument_traffic::double_click_toggles_twice()
 {
     for (const auto &[second_press_ms, sent] :
          {std::pair(double_click_ms, 5), {single_click_ms, 10}}) {
-        init();
         window_driver_t driver;
         hands_t hands{driver.window};
-        QVERIFY(driver.connect_usb("SN44") && driver.click("A"));
-        QTRY_VERIFY(takes_keys(driver.window));
-        simulator.take_texts();
+        connect_and_click(driver, {"A"});
         for (const int later_ms : {single_click_ms, second_press_ms}) {
             hands.click(driver.button("3"), later_ms);
             QTRY_VERIFY(takes_keys(driver.window));

@@ -47,7 +47,6 @@ class test_rpc : public QObject
 private slots:
     void hostile_length_is_believed();
     void records_are_cut_wrongly();
-    void call_header_is_misread();
 };
 
 void test_rpc::hostile_length_is_believed()
@@ -93,33 +92,6 @@ void test_rpc::records_are_cut_wrongly()
     written += "ab";
     end_record(written, 0);
     QCOMPARE(hex(written), "800000026162");
-}
-
-void test_rpc::call_header_is_misread()
-{
-    // Behind the id: what sort of message, RPC version, program and so on. Read is "-" for no call,
-    // "?" for one of another RPC version; else version, procedure and arguments.
-    const std::string start = "00000000 00000002 000607af 00000001 0000000b ";
-    const std::pair<std::string, QByteArray> rows[] = {
-        {start + "00000000 00000000 00000000 00000000 61626364", "1 11 61626364"},
-        {start + "00000001 00000005 6162636465 000000 00000000 00000000", "1 11 "},
-        {"00000000 00000003", "?"},
-        {"00000001" + start.substr(8) + "00000000 00000000 00000000 00000000", "-"}, // a reply
-        {start + "00000000 ffffffff 00000000 00000000", "-"},
-        {start + "00000000 00000000 00000000", "-"},
-        {"00000000", "-"}};
-    for (const auto &[digits, expected] : rows) {
-        const std::string bytes = from_hex(("0000000a" + digits).c_str());
-        const auto call = read_call(bytes);
-        QByteArray read = "-";
-        if (call && call->rpc_version != served_rpc_version)
-            read = "?";
-        else if (call)
-            read = QByteArray::number(call->version) + " " + QByteArray::number(call->procedure) +
-                   " " + hex(call->arguments);
-        QCOMPARE(read, expected);
-        QVERIFY(!call || call->id == 10);
-    }
 }
 
 QTEST_GUILESS_MAIN(test_rpc)

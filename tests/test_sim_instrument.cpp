@@ -41,7 +41,6 @@ private slots:
     void command_gets_its_exact_reply_and_errors();
     void refused_message_changes_nothing();
     void vna_port_reaches_its_blocks_only();
-    void bad_transfer_is_refused_and_not_ready();
 };
 
 void test_sim_instrument::command_gets_its_exact_reply_and_errors()
@@ -155,28 +154,6 @@ void test_sim_instrument::vna_port_reaches_its_blocks_only()
                 QCOMPARE(routes.contains(QByteArray::number(label)), reachable);
             }
         }
-    }
-}
-
-void test_sim_instrument::bad_transfer_is_refused_and_not_ready()
-{
-    const QByteArray block = "UPGRADE " + QByteArray(2048, '\xFF');
-    const std::pair<QByteArrayList, const char *> rows[] = {
-        {{"HOSTUG 5"}, "-221"}, // without the loader
-        {{block}, "-200"},
-        {{"BOOTUG 5", "BOOTUG 0", block}, "-222 -200"},
-        {{"BOOTUG 2048", block, block}, "-223"},
-        {{"BOOTUG 5", block.left(2055)}, "-161"},
-        {{"BOOTUG 6", block + "x"}, "-161"},
-        {{"BOOTUG 0x10"}, "-224"}};
-    for (const auto &[messages, errors] : rows) {
-        sim::sim_instrument_t instrument(config_of(44));
-        for (const QByteArray &message : messages)
-            instrument.receive(message.toStdString());
-        QCOMPARE(errors_of(instrument), QByteArray(errors));
-        QCOMPARE(answer(instrument, "UPREADY?"), "0\n");
-        instrument.receive("BOOTUG 5");
-        QCOMPARE(answer(instrument, "UPREADY?"), "1\n");
     }
 }
 

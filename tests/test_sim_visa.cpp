@@ -4,12 +4,9 @@
 
 #include <QtTest/QTest>
 
-#include <QElapsedTimer>
 #include <QSet>
 
-#include <algorithm>
 #include <future>
-#include <initializer_list>
 #include <utility>
 
 namespace {
@@ -81,14 +78,6 @@ ViUInt32 lock_state(ViSession session)
     return state;
 }
 
-/// The place of the first call that did not end as expected; -1 for none.
-int first_wrong(std::initializer_list<std::pair<ViStatus, ViStatus>> calls)
-{
-    const auto *const wrong = std::find_if(
-        calls.begin(), calls.end(), [](const auto &call) { return call.first != call.second; });
-    return wrong == calls.end() ? -1 : static_cast<int>(wrong - calls.begin());
-}
-
 } // namespace
 
 class test_sim_visa : public QObject
@@ -99,14 +88,10 @@ private slots:
     void init();
     void search_matches_as_visa_defines();
     void unplugging_ends_a_waiting_read();
-    void fault_hits_the_call_it_is_meant_for();
     void threads_use_their_sessions_at_once();
     void exclusive_lock_bars_the_other_sessions();
     void shared_lock_is_for_those_with_its_key();
-    void call_out_of_place_gives_the_standard_status();
     void attribute_has_the_standard_value_and_width();
-    void attribute_takes_only_states_that_it_can_have();
-    void name_is_parsed_in_any_spelling();
 };
 
 void test_sim_visa::init()
@@ -178,41 +163,6 @@ void test_sim_visa::unplugging_ends_a_waiting_read()
     QCOMPARE(corvane_sim_plug(usb), 0);
     QCOMPARE(write(session, "*IDN?"), error_connection_lost);
     QCOMPARE(query(opened(usb), "*IDN?"), identity);
-}
-
-void test_sim_visa::fault_hits_the_call_it_is_meant_for()
-{
-    const auto to_write = CORVANE_SIM_WRITE;
-    const auto to_read = CORVANE_SIM_READ;
-    const QByteArray oversized = identity.chopped(1) + QByteArray(301 - identity.size(), 'X');
-    const struct
-    {
-        const char *name;
-        corvane_sim_fault_kind_t kind;
-        corvane_sim_entry_t entry;
-        std::int64_t value;
-        ViStatus status; // of the read, and what it reads
-        QByteArray reply;
-    } rows[] = {
-        {"write status", CORVANE_SIM_FAULT_STATUS, to_write, error_system, error_timeout, ""},
-        {"read status", CORVANE_SIM_FAULT_STATUS, to_read, error_system, error_system, ""},
-        {"slow read", CORVANE_SIM_FAULT_DELAY, to_read, 100, error_timeout, ""},
-        {"lost on write", CORVANE_SIM_FAULT_LOST, to_write, 0, error_timeout, ""},
-        {"lost on read", CORVANE_SIM_FAULT_LOST, to_read, 0, error_timeout, ""},
-        {"truncated", CORVANE_SIM_FAULT_TRUNCATED, to_read, 3, success, "TMX"},
-        {"truncated to nothing", CORVANE_SIM_FAULT_TRUNCATED, to_write, 0, success, ""},
-        {"oversized", CORVANE_SIM_FAULT_OVERSIZED, to_read, 400, success_max_count, oversized},
-        {"replaced", CORVANE_SIM_FAULT_REPLACED, to_read, 0, success, QByteArray("a\0b", 3)}};
-    for (const auto &row : rows) {
-        init();
-        const ViSession session = opened(usb);
-        const corvane_sim_fault_t fault{row.kind, row.entry, 2, nullptr, 0, row.value, "a\0b", 3};
-        QCOMPARE(corvane_sim_add_fault(&fault), 0);
-        QVERIFY2(query(session, "*IDN?") == identity, row.name);
-        write(session, "*IDN?");
-        QVERIFY2(read(session) == std::make_pair(row.status, row.reply), row.name);
-        QVERIFY2(query(session, "*IDN?") == identity, row.name);
-    }
 }
 
 void test_sim_visa::threads_use_their_sessions_at_once()
@@ -297,26 +247,6 @@ void test_sim_visa::shared_lock_is_for_those_with_its_key()
     QCOMPARE(lock_state(stranger), access_no_lock);
 }
 
-void test_sim_visa::call_out_of_place_gives_the_standard_status()
-{
-    const ViSession session = opened(usb);
-    const ViEventType request = event_service_request;
-    const ViHndlr handler = [](ViSession, ViEventType, ViEvent, ViAddr) -> ViStatus { return 0; };
-    int user = 0;
-    const int wrong = first_wrong(
-        {{viOpen(manager, nullptr, 0, 0, nullptr), error_user_buffer},
-         {viRead(session, nullptr, 1, nullptr), error_user_buffer},
-         {viEnableEvent(session, 0x3FFF2009, mechanism_queue, 0), error_invalid_event},
-         {viEnableEvent(session, request, 8, 0), error_invalid_mechanism},
-         {viEnableEvent(session, request, mechanism_handler, 0), error_handler_not_installed},
-         {viInstallHandler(session, request, handler, &user), success},
-         {viUninstallHandler(session, request, handler, nullptr), error_invalid_handler_reference},
-         {viEnableEvent(session, request, mechanism_queue, 0), success},
-         {viEnableEvent(session, request, mechanism_queue, 0), success_event_enabled},
-         {viDisableEvent(manager, request, mechanism_queue), error_operation_not_supported}});
-    QCOMPARE(wrong, -1);
-}
-
 void test_sim_visa::attribute_has_the_standard_value_and_width()
 {
     const struct
@@ -346,66 +276,6 @@ void test_sim_visa::attribute_has_the_standard_value_and_width()
         const QByteArray stored = is_text ? bytes + '\0' : bytes;
         QCOMPARE(value.replace('#', ""), stored);
     }
-}
-
-void test_sim_visa::attribute_takes_only_states_that_it_can_have()
-{
-    const ViSession session = opened(usb);
-    const ViAttrState upper_half = sizeof(void *) == 8 ? ViAttrState{0xABCD} << 16 << 16 : 0;
-    const ViStatus refused = error_attribute_state_not_supported;
-    const int wrong = first_wrong(
-        {{viSetAttribute(session, attribute_timeout, upper_half | 77), success},
-         {viSetAttribute(session, attribute_send_end_enable, 2), refused},
-         {viSetAttribute(session, attribute_suppress_end_enable, 1), refused},
-         {viSetAttribute(session, attribute_read_buffer_mode, flush_when_full), refused},
-         {viSetAttribute(session, attribute_max_queue_length, 0), refused},
-         {viSetAttribute(session, attribute_model_name, 0), error_attribute_read_only},
-         {viSetAttribute(session, attribute_tcpip_address, 0), error_attribute_not_supported},
-         {viSetAttribute(manager, attribute_timeout, 1), error_attribute_not_supported},
-         {viSetBuf(session, write_buffer, 500), success},
-         {viSetBuf(session, io_in_buffer, 500), warning_buffer_not_supported},
-         {viSetBuf(session, 4, 500), error_invalid_mask},
-         {viSetBuf(session, write_buffer, 0), error_invalid_size},
-         {viFlush(session, io_in_buffer | write_buffer), success},
-         {viFlush(session, 0), error_invalid_mask},
-         {viAssertTrigger(session, 1), error_invalid_protocol}});
-    QCOMPARE(wrong, -1);
-    ViUInt32 timeout_ms = 0;
-    viGetAttribute(session, attribute_timeout, &timeout_ms);
-    QCOMPARE(timeout_ms, 77U);
-    ViAttrState user_data = 0;
-    if (sizeof user_data == 8) {
-        viSetAttribute(session, attribute_user_data_64, upper_half | 5);
-        viGetAttribute(session, attribute_user_data_64, &user_data);
-        QCOMPARE(user_data, upper_half | 5);
-    }
-    char text[find_buffer_bytes] = "";
-    QCOMPARE(viStatusDesc(session, error_timeout, text), success);
-    QVERIFY(QByteArray(text).contains("time-out expired"));
-}
-
-void test_sim_visa::name_is_parsed_in_any_spelling()
-{
-    const char *const rows[][2] = {
-        {"usb::41342::0x2000::s44", "7 0 INSTR USB0::0xA17E::0x2000::s44::INSTR"},
-        {"USB2::0xA17E::8192::S::1::instr", "7 2 INSTR USB2::0xA17E::0x2000::S::1::INSTR"},
-        {"TCPIP::10.0.0.1::Inst0::INSTR", "6 0 INSTR TCPIP0::10.0.0.1::INSTR"},
-        {"TCPIP1::host::inst2", "6 1 INSTR TCPIP1::host::inst2::INSTR"},
-        {"TCPIP0::10.0.0.1::5025::SOCKET", "6 0 SOCKET TCPIP0::10.0.0.1::5025::SOCKET"},
-        {"asrl3::instr", "4 3 INSTR ASRL3::INSTR"},
-        {"GPIB::9", "1 0 INSTR GPIB0::9::INSTR"}};
-    ViUInt16 type = 0;
-    ViUInt16 number = 0;
-    for (const auto &[name, expected] : rows) {
-        char kind[find_buffer_bytes] = "#";
-        char full_name[find_buffer_bytes] = "#";
-        char alias[find_buffer_bytes] = "#";
-        QCOMPARE(viParseRsrcEx(manager, name, &type, &number, kind, full_name, alias), success);
-        QCOMPARE(QStringLiteral("%1 %2 %3 %4%5").arg(type).arg(number).arg(kind, full_name, alias),
-                 QString(expected));
-    }
-    QCOMPARE(viParseRsrc(manager, "USB::1::2", &type, &number), error_invalid_resource_name);
-    QCOMPARE(query(opened("usb::41342::8192::s44"), "*IDN?"), identity);
 }
 
 QTEST_APPLESS_MAIN(test_sim_visa)

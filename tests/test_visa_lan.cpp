@@ -93,7 +93,6 @@ private slots:
     void initTestCase() { QCOMPARE(viOpenDefaultRM(&manager), success); }
     void bad_reply_harms_or_is_believed_data();
     void bad_reply_harms_or_is_believed();
-    void open_takes_too_long_or_takes_anything_data();
     void open_takes_too_long_or_takes_anything();
     void message_is_cut_wrongly();
     void session_leaves_a_lock_or_link_behind();
@@ -164,52 +163,43 @@ void test_visa_lan::bad_reply_harms_or_is_believed()
     QVERIFY(opened() != null_object);
 }
 
-void test_visa_lan::open_takes_too_long_or_takes_anything_data()
+void test_visa_lan::open_takes_too_long_or_takes_anything()
 {
-    QTest::addColumn<QByteArray>("resource");
-    QTest::addColumn<script_t>("script");
-    QTest::addColumn<ViStatus>("status");
-    QTest::addColumn<int>("least_ms");
-    const script_t none;
-    for (const char *const bad : {"", "TCPIP0::", "TCPIP0::a b::INSTR", "nonsense"})
-        QTest::newRow(bad) << QByteArray(bad) << none << error_invalid_resource_name << 0;
-    QTest::newRow("nobody") << QByteArray("TCPIP0::127.0.0.3::INSTR") << none
-                            << error_resource_not_found << 0;
-    QTest::newRow("no such host") << QByteArray("TCPIP0::nowhere.invalid::INSTR") << none
-                                  << error_resource_not_found << 0;
-    const auto row = [](const char *what, std::uint32_t procedure, std::vector<std::string> pieces,
-                        ViStatus status, int least_ms) {
-        QTest::newRow(what) << QByteArray(name)
-                            << script_t{procedure, std::move(pieces), {}, false, false} << status
-                            << least_ms;
+    const auto script = [](std::uint32_t procedure, std::vector<std::string> pieces) {
+        return script_t{procedure, std::move(pieces), {}, false, false};
+    };
+    const auto port = [](std::uint32_t number) { return reply(rpc::port_mapper::port_t{number}); };
+    const auto link = [](std::uint32_t error) {
+        return reply(create_link_result_t{error, 0, 0, 0});
     };
     constexpr std::uint32_t mapper = rpc::port_mapper::get_procedure;
     constexpr auto create_link = static_cast<std::uint32_t>(procedure_t::create_link);
-    row("silent mapper", mapper, {}, error_resource_not_found, 1000);
-    row("silent instrument", create_link, {}, error_resource_not_found, 1000);
-    row("not registered", mapper, {reply(rpc::port_mapper::port_t{0})}, error_resource_not_found,
-        0);
-    row("port 65647", mapper, {reply(rpc::port_mapper::port_t{65647})}, error_resource_not_found,
-        0);
-    row("no such device", create_link, {reply(create_link_result_t{3, 0, 0, 0})},
-        error_resource_not_found, 0);
-    row("locked", create_link, {reply(create_link_result_t{11, 0, 0, 0})}, error_resource_locked,
-        0);
-}
-
-void test_visa_lan::open_takes_too_long_or_takes_anything()
-{
-    QFETCH(QByteArray, resource);
-    QFETCH(script_t, script);
-    QFETCH(ViStatus, status);
-    QFETCH(int, least_ms);
-    scripted_server_t server(host, script);
-    ViSession session = 1;
-    QElapsedTimer timer;
-    timer.start();
-    QCOMPARE(viOpen(manager, resource.constData(), 0, 0, &session), status);
-    QCOMPARE(session, null_object);
-    QVERIFY(timer.elapsed() >= least_ms && timer.elapsed() < least_ms + late_ms);
+    const struct
+    {
+        const char *resource;
+        script_t script;
+        ViStatus status;
+        int least_ms = 0;
+    } rows[] = {{"", {}, error_invalid_resource_name},
+                {"TCPIP0::", {}, error_invalid_resource_name},
+                {"TCPIP0::a b::INSTR", {}, error_invalid_resource_name},
+                {"TCPIP0::127.0.0.3::INSTR", {}, error_resource_not_found},
+                {"TCPIP0::nowhere.invalid::INSTR", {}, error_resource_not_found},
+                {name, script(mapper, {}), error_resource_not_found, 1000},
+                {name, script(create_link, {}), error_resource_not_found, 1000},
+                {name, script(mapper, {port(0)}), error_resource_not_found},
+                {name, script(mapper, {port(65647)}), error_resource_not_found},
+                {name, script(create_link, {link(3)}), error_resource_not_found},
+                {name, script(create_link, {link(11)}), error_resource_locked}};
+    for (const auto &row : rows) {
+        const scripted_server_t server(host, row.script);
+        ViSession session = 1;
+        QElapsedTimer timer;
+        timer.start();
+        QCOMPARE(viOpen(manager, row.resource, 0, 0, &session), row.status);
+        QCOMPARE(session, null_object);
+        QVERIFY(timer.elapsed() >= row.least_ms && timer.elapsed() < row.least_ms + late_ms);
+    }
     ViFindList list = 1;
     ViUInt32 count = 1;
     char found[256];

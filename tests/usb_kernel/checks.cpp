@@ -16,7 +16,6 @@ using std::chrono::milliseconds;
 constexpr milliseconds short_time{400};
 /// How much longer than allowed a call may take.
 constexpr milliseconds grace{1000};
-constexpr unsigned message_available = 0x10;
 
 const std::string identity = "TMX,TMX5044,SN44001,1.0.0\n";
 
@@ -46,23 +45,6 @@ void both_are_found(bench_t &bench)
         return names == expected;
     });
     expect(client_t::search() == client_t::search(), "the order stays");
-}
-
-void identity_is_read(bench_t &bench)
-{
-    const client_t client(bench.name(bench.prompt_place));
-    expect(client.query("*IDN?") == identity, "the identity is the instrument's");
-}
-
-void reply_is_read_in_parts(bench_t &bench)
-{
-    const client_t client(bench.name(bench.prompt_place));
-    expect_status(client.write("*IDN?").status, visa::success, "write");
-    std::string first, rest;
-    const auto read = client.read(first, 5);
-    expect_status(read.status, visa::success, "read of the first part");
-    expect(!read.end && first == identity.substr(0, 5), "the first part is not the end");
-    expect(client.read(rest).end && rest == identity.substr(5), "the rest is the end");
 }
 
 /// Replies that fill packets and the driver's buffers of 4096 bytes just so, with their headers of
@@ -106,48 +88,6 @@ void late_reply_answers_no_other_query(bench_t &bench)
     expect_time_out(client);
     std::this_thread::sleep_for(bench_t::late_reply);
     expect(client.query("*OPC?") == "1\n", "the next query gets its own reply, later too");
-}
-
-void clear_drops_the_reply(bench_t &bench)
-{
-    const client_t client(bench.name(bench.prompt_place));
-    expect_status(client.write("*IDN?").status, visa::success, "write");
-    expect_status(client.clear(), visa::success, "clear");
-    expect_time_out(client);
-    expect(client.query("*CLS;*OPC?") == "1\n", "the next query is answered");
-}
-
-void status_byte_tells_of_the_reply(bench_t &bench)
-{
-    const client_t client(bench.name(bench.prompt_place));
-    expect((client.status_byte() & message_available) == 0, "no reply waits");
-    expect_status(client.write("*IDN?").status, visa::success, "write");
-    expect((client.status_byte() & message_available) != 0, "a reply waits");
-    std::string reply;
-    expect_status(client.read(reply).status, visa::success, "read");
-    expect((client.status_byte() & message_available) == 0, "the reply is read");
-}
-
-void trigger_arrives(bench_t &bench)
-{
-    const client_t client(bench.name(bench.prompt_place));
-    const auto triggers = [&bench] {
-        return bench.bus.access()->faults.call_count(sim::operation_t::trigger);
-    };
-    const auto before = triggers();
-    expect_status(client.trigger(), visa::success, "trigger");
-    expect(triggers() == before + 1, "one trigger arrives");
-}
-
-/// A read that waits for one instrument does not hold up another.
-void waiting_read_delays_no_other(bench_t &bench)
-{
-    const client_t late(bench.name(bench.late_place)), prompt(bench.name(bench.prompt_place));
-    auto slow = std::async(std::launch::async, [&late] { return late.query("*OPC?"); });
-    const auto begin = visa_io::io_clock_t::now();
-    expect(prompt.query("*IDN?") == identity, "the prompt one is answered");
-    expect(visa_io::io_clock_t::now() - begin < bench_t::late_reply / 2, "and at once");
-    expect(slow.get() == "1\n", "the late one is answered");
 }
 
 void lost_connection_is_told(bench_t &bench, const client_t &client, const std::string &name)
@@ -196,15 +136,9 @@ std::vector<check_t> all_checks()
 {
     return {
         {"both instruments are found", both_are_found},
-        {"identity is read", identity_is_read},
-        {"reply is read in parts", reply_is_read_in_parts},
         {"reply of any size is whole", reply_of_any_size_is_whole},
         {"block with zeros arrives whole", block_with_zeros_arrives_whole},
         {"late reply answers no other query", late_reply_answers_no_other_query},
-        {"clear drops the reply", clear_drops_the_reply},
-        {"status byte tells of the reply", status_byte_tells_of_the_reply},
-        {"trigger arrives", trigger_arrives},
-        {"waiting read delays no other", waiting_read_delays_no_other},
         {"pulled plug ends a read", pulled_plug_ends_a_read},
         {"reboot is survived", reboot_is_survived},
     };

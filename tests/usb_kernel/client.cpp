@@ -50,13 +50,6 @@ visa_io::transfer_t client_t::read(std::string &bytes, std::size_t most,
     return read;
 }
 
-unsigned client_t::status_byte() const
-{
-    ViUInt8 byte = 0;
-    expect_status(link->read_status_byte(byte, until(usual_time)), visa::success, "status byte");
-    return byte;
-}
-
 std::string client_t::query(std::string_view message, std::chrono::milliseconds time) const
 {
     expect_status(write(message).status, visa::success, "write");

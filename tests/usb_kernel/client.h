@@ -28,8 +28,6 @@ public:
     visa_io::transfer_t read(std::string &bytes, std::size_t most = 20'000,
                              std::chrono::milliseconds time = usual_time) const;
     ViStatus clear() const { return link->clear(until(usual_time)); }
-    ViStatus trigger() const { return link->trigger(until(usual_time)); }
-    unsigned status_byte() const;
 
     /// The reply, which has to be whole and in time.
     std::string query(std::string_view message, std::chrono::milliseconds time = usual_time) const;
