@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <fstream>
+#include <stdexcept>
 #include <vector>
 
 #ifdef _WIN32
@@ -23,7 +24,7 @@ using digest_t = std::array<std::uint8_t, 32>;
 
 #ifdef _WIN32
 
-/// A hash of Windows' own. Should it not be there, the digest is all zeros.
+/// A hash of Windows' own.
 class hash_t
 {
 public:
@@ -48,7 +49,8 @@ public:
     digest_t digest()
     {
         digest_t bytes{};
-        BCryptFinishHash(hash, bytes.data(), static_cast<ULONG>(bytes.size()), 0);
+        if (BCryptFinishHash(hash, bytes.data(), static_cast<ULONG>(bytes.size()), 0) < 0)
+            throw std::runtime_error("Windows does not work out SHA-256");
         return bytes;
     }
 
