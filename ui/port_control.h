@@ -29,6 +29,7 @@ void set_text_color(QWidget *widget, const QString &color);
 class port_control_t : public QFrame
 {
 public:
+    /// How many VNA ports have a button.
     int vna_port_count() const noexcept { return layout_data.vna_ports.size(); }
 
     /// Reads colours and routes from the instrument and shows them.
