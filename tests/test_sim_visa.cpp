@@ -15,7 +15,6 @@ using namespace visa;
 
 const char *const usb = "USB0::0xA17E::0x2000::S44::INSTR";
 const char *const lan = "TCPIP0::127.0.0.1::INSTR";
-const char *const slow = "USB0::0xA17E::0x2000::S21::INSTR";
 
 // The first instrument is on USB and LAN, the second takes its time.
 const char *const fleet = R"({"default_timeout_ms": 60, "reboot_ms": 80, "instruments": [
