@@ -16,9 +16,10 @@ namespace {
 
 #ifndef Q_OS_WIN
 
-/// The names under which VISA is installed elsewhere than on Windows.
+/// The names under which VISA is installed elsewhere than on Windows, and the one there first.
 constexpr const char *library_names[] = {
-    "libvisa.so", "libvisa.so.0", "libvisa.so.7", "librsvisa.so", "libktvisa32.so", "libiovisa.so",
+    standard_visa_file, "libvisa.so",     "libvisa.so.0", "libvisa.so.7",
+    "librsvisa.so",     "libktvisa32.so", "libiovisa.so",
 };
 
 /// Where vendors put theirs apart from the loader's path.
@@ -85,8 +86,10 @@ QString program_folder()
 
 QStringList visa_files()
 {
-    QStringList files{QLatin1String(standard_visa_file)};
-#ifndef Q_OS_WIN
+    QStringList files;
+#ifdef Q_OS_WIN
+    files.append(QLatin1String(standard_visa_file));
+#else
     const QStringList folders = loader_folders();
     for (const char *const library_name : library_names)
         append_library(files, QLatin1String(library_name), folders);

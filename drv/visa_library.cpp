@@ -30,14 +30,14 @@ visa_library_t &visa_library_t::instance()
 visa_library_t::visa_library_t()
 {
     const QStringList files = visa_files();
-    const auto complete = [this](const QString &file) { return try_file(file) == trial_t::bound; };
+    const auto complete = [this](const QString &file) { return try_file(file); };
     // With none complete, what the standard file has is better than nothing.
     if (std::none_of(files.begin(), files.end(), complete))
         try_file(QLatin1String(standard_visa_file));
 }
 
 /// A library that lacks entry points is left loaded: it may have started threads of its own.
-visa_library_t::trial_t visa_library_t::try_file(const QString &file)
+bool visa_library_t::try_file(const QString &file)
 {
     library.setFileName(file);
     const bool loaded = library.load();
@@ -48,9 +48,7 @@ visa_library_t::trial_t visa_library_t::try_file(const QString &file)
         trials.append(file + QLatin1String(": used"));
     else
         trials.append(file + QLatin1String(": lacks ") + missing.join(QLatin1String(", ")));
-    if (missing.isEmpty())
-        return trial_t::bound;
-    return loaded ? trial_t::incomplete : trial_t::not_loaded;
+    return missing.isEmpty();
 }
 
 bool visa_library_t::load()

@@ -61,13 +61,11 @@ private:
         ViStatus(CORVANE_VI_FUNC *read)(ViSession, unsigned char *, ViUInt32, ViUInt32 *) = nullptr;
     };
 
-    /// What came of a file: the first that is `bound` is used.
-    enum class trial_t { not_loaded, incomplete, bound };
-
     visa_library_t();
     ~visa_library_t() = default;
 
-    trial_t try_file(const QString &file);
+    /// False for a file that does not load or lacks entry points.
+    bool try_file(const QString &file);
     QStringList bind_entry_points();
 
     QLibrary library;

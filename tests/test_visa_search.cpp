@@ -37,6 +37,8 @@ void test_visa_search::library_is_missed_or_a_useless_one_taken_data()
         "libvisa.so=lacks viWrite, viRead|libvisa.so=text|libvisa.so=complete"};
     for (const char *const folders : same_name)
         QTest::newRow(folders) << true << QByteArray("/libvisa.so: used\n");
+    QTest::newRow("visa32.dll=text|visa32.dll=complete")
+        << true << QByteArray("/visa32.dll: used\n");
     QTest::newRow("visa32.dll=lacks viWrite, viRead|libvisa.so=complete")
         << true << QByteArray("visa32.dll: lacks viWrite, viRead\n");
     QTest::newRow("libvisa.so=lacks viWrite, viRead|libktvisa32.so=complete")
