@@ -18,13 +18,13 @@ using encoding_t = UINT;
 constexpr encoding_t path_encoding = CP_UTF8;
 constexpr encoding_t name_encoding = 936;
 
-/// A character that `to` lacks is replaced without a word.
+/// Empty for bytes that are no text; a character that `to` lacks is replaced without a word.
 std::string recode(const std::string &text, encoding_t from, encoding_t to)
 {
     std::wstring wide(text.size(), L'\0');
     wide.resize(static_cast<std::size_t>(
-        MultiByteToWideChar(from, 0, text.data(), static_cast<int>(text.size()), wide.data(),
-                            static_cast<int>(wide.size()))));
+        MultiByteToWideChar(from, MB_ERR_INVALID_CHARS, text.data(), static_cast<int>(text.size()),
+                            wide.data(), static_cast<int>(wide.size()))));
     std::string recoded(longest_growth * wide.size(), '\0');
     recoded.resize(static_cast<std::size_t>(
         WideCharToMultiByte(to, 0, wide.data(), static_cast<int>(wide.size()), recoded.data(),
