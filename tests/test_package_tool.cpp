@@ -203,11 +203,13 @@ void test_package_tool::refusal_gives_no_reason_or_the_wrong_status()
         {listing(R"({"type": 2, "file": "boot"})"), create, 2, "no segment type 2"},
         {listing(""), create, 2, "\"segments\" is not a list of at least one"},
         {listing(R"({"type": "pid", "file": "long"})"), create, 2, "long is too long"},
+        {listing(R"({"type": 3, "file": "huge"})"), create, 2, "huge is too long"},
     };
     folder.write(QStringLiteral("empty"), "");
     QFile::link(folder.path(QStringLiteral("nowhere")), folder.path(QStringLiteral("gone")));
     folder.write(QStringLiteral("long"), QByteArray(81, 'x'));
     folder.write(QStringLiteral("boot"), "boot");
+    QVERIFY(QFile::resize(folder.write(QStringLiteral("huge"), ""), 1LL << 32));
     QFile::link(manifest, folder.path(QStringLiteral("link")));
     // Its absolute path counts, of which GB2312 lacks a folder's name.
     const QString korean = folder.path(QStringLiteral("펌웨어"));

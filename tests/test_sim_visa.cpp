@@ -86,7 +86,6 @@ class test_sim_visa : public QObject
 private slots:
     void init();
     void search_matches_as_visa_defines();
-    void unplugging_ends_a_waiting_read();
     void threads_use_their_sessions_at_once();
     void exclusive_lock_bars_the_other_sessions();
     void shared_lock_is_for_those_with_its_key();
@@ -147,21 +146,6 @@ void test_sim_visa::search_matches_as_visa_defines()
         const ViStatus status = viFindRsrc(manager, expression, nullptr, nullptr, name);
         QVERIFY2(status == error_invalid_expression, expression.left(100));
     }
-}
-
-void test_sim_visa::unplugging_ends_a_waiting_read()
-{
-    const ViSession session = opened(usb);
-    viSetAttribute(session, attribute_timeout, timeout_infinite);
-    const auto calls = corvane_sim_call_count(CORVANE_SIM_READ);
-    auto reading = std::async(std::launch::async, [session] { return read(session); });
-    QTRY_VERIFY(corvane_sim_call_count(CORVANE_SIM_READ) > calls);
-    QCOMPARE(corvane_sim_unplug(usb), 0);
-    QCOMPARE(reading.get().first, error_connection_lost);
-    QCOMPARE(opened(usb), null_object);
-    QCOMPARE(corvane_sim_plug(usb), 0);
-    QCOMPARE(write(session, "*IDN?"), error_connection_lost);
-    QCOMPARE(query(opened(usb), "*IDN?"), identity);
 }
 
 void test_sim_visa::threads_use_their_sessions_at_once()

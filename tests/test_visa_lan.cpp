@@ -93,6 +93,7 @@ private slots:
     void open_takes_too_long_or_takes_anything();
     void message_is_cut_wrongly();
     void session_leaves_a_lock_or_link_behind();
+    void lost_instrument_comes_back_unasked();
     void waiting_call_holds_up_another_session_or_its_close();
     void program_misses_what_lan_allows();
 };
@@ -243,6 +244,20 @@ void test_visa_lan::session_leaves_a_lock_or_link_behind()
     QCOMPARE(read(other, text), success_term_char);
     QCOMPARE(text, std::string("fi"));
     QCOMPARE(viClose(other), success);
+}
+
+void test_visa_lan::lost_instrument_comes_back_unasked()
+{
+    const script_t silence{
+        static_cast<std::uint32_t>(procedure_t::device_read), {}, {}, false, false};
+    auto server = std::make_unique<scripted_server_t>(host, silence);
+    const ViSession session = opened();
+    std::string text;
+    QCOMPARE(read(session, text), error_timeout);
+    server.reset();
+    QCOMPARE(write(session, "*IDN?"), error_connection_lost);
+    server = std::make_unique<scripted_server_t>(host, script_t());
+    QCOMPARE(write(session, "*IDN?"), error_connection_lost);
 }
 
 void test_visa_lan::waiting_call_holds_up_another_session_or_its_close()

@@ -232,6 +232,10 @@ void test_visa_usb::late_reply_answers_no_later_query()
     QCOMPARE(bench.ask("SYST:ERR?").status, visa::success);
     // Not "-410": the instrument was cleared before it was asked again.
     QCOMPARE(QByteArray::fromStdString(bench.reply).left(2), QByteArray("0,"));
+    // Closing waits until it is cleared.
+    QCOMPARE(bench.ask("*IDN?", 100, -1, 20ms).status, visa::error_timeout);
+    bench.link.reset();
+    QCOMPARE(bench.device.clears, 2);
 }
 
 void test_visa_usb::dead_instrument_stretches_no_wait()
