@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "rpc/message.h"
 #include "rpc/record_marking.h"
-#include "rpc/vxi11.h"
 
 #include <QByteArray>
 #include <QtTest/QTest>
@@ -45,32 +43,8 @@ class test_rpc : public QObject
     Q_OBJECT
 
 private slots:
-    void hostile_length_is_believed();
     void records_are_cut_wrongly();
 };
-
-void test_rpc::hostile_length_is_believed()
-{
-    // Opaque data of at most 8 bytes: what is read of it, "-" for nothing.
-    const char *const rows[][2] = {{"00000000", ""},
-                                   {"00000003 61626300", "616263"},
-                                   {"00000003 616263", "-"},        // its padding is missing
-                                   {"00000005 6162636465 00", "-"}, // a part of it is missing
-                                   {"00000009 616263646566676869 000000", "-"},
-                                   {"ffffffff 61626364", "-"},
-                                   {"fffffffd 61626364", "-"},
-                                   {"000000", "-"}};
-    for (const auto &[bytes, expected] : rows) {
-        const std::string held = from_hex(bytes);
-        xdr_reader_t in(held);
-        std::string_view data;
-        std::uint32_t number = 1;
-        in.opaque(data, 8);
-        QCOMPARE(in.ok() ? hex(data) : QByteArray("-"), QByteArray(expected));
-        in.number(number);
-        QVERIFY(!in.ok() && number == 0 && (data.empty() || *expected != '-'));
-    }
-}
 
 void test_rpc::records_are_cut_wrongly()
 {
