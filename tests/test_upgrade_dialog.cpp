@@ -225,15 +225,15 @@ void test_upgrade_dialog::end_of_the_program_breaks_a_transfer()
 {
     const struct
     {
-        quint32 type;
         QByteArray moment; ///< the beginning of the last text; empty when a box is up
         QString box;
+        quint32 type;
         bool by_window = false;
-    } rows[] = {{3, "UPGRADE ", "", false},
-                {3, "UPGRADE ", "", true},
-                {3, "UPGRADE ", "Upgrading!"},
-                {1, loader_text, ""},
-                {3, "", "Upgrade begin!"}};
+    } rows[] = {{"UPGRADE ", "", 3},
+                {"UPGRADE ", "", 3, true},
+                {"UPGRADE ", "Upgrading!", 3},
+                {loader_text, "", 1},
+                {"", "Upgrade begin!", 3}};
     for (const auto &row : rows) {
         init();
         QWidget main_window;
