@@ -9,6 +9,10 @@
 #include <QProcess>
 #include <QtTest/QTest>
 
+#include <arpa/inet.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
 #include <future>
 
 namespace {
@@ -56,10 +60,10 @@ QByteArray hex(const char *digits)
     return QByteArray::fromHex(digits);
 }
 
-ViSession opened(ViUInt32 timeout = timeout_ms)
+ViSession opened(ViUInt32 timeout = timeout_ms, const char *resource = name)
 {
     ViSession session = null_object;
-    viOpen(manager, name, 0, 0, &session);
+    viOpen(manager, resource, 0, 0, &session);
     viSetAttribute(session, attribute_timeout, timeout);
     return session;
 }
@@ -80,6 +84,46 @@ ViStatus read(ViSession session, std::string &text)
     return buffer[room] == '#' ? status : error_system;
 }
 
+/// A name server that never answers.
+class mute_name_server_t
+{
+public:
+    mute_name_server_t() : listener(socket(AF_INET, SOCK_DGRAM, 0))
+    {
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_port = htons(53);
+        inet_pton(AF_INET, host, &address.sin_addr);
+        if (bind(listener, reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0)
+            qFatal("no port 53");
+    }
+    ~mute_name_server_t() { close(listener); }
+
+private:
+    int listener;
+};
+
+/// The simulated instruments of another process.
+class simulator_on_lan_t
+{
+public:
+    simulator_on_lan_t()
+    {
+        process.start(CORVANE_SIM, {"lan"});
+        const bool is_ready = QTest::qWaitFor([this] { return process.canReadLine(); });
+        if (!is_ready || !process.readLine().startsWith("TCPIP0::127.0.0.1::INSTR"))
+            qFatal("no instruments on LAN");
+    }
+    ~simulator_on_lan_t()
+    {
+        process.terminate();
+        process.waitForFinished();
+    }
+
+private:
+    QProcess process;
+};
+
 } // namespace
 
 /// Runs in a network of its own, with no other VISA library than ours.
@@ -91,10 +135,12 @@ private slots:
     void initTestCase() { QCOMPARE(viOpenDefaultRM(&manager), success); }
     void bad_reply_harms_or_is_believed();
     void open_takes_too_long_or_takes_anything();
+    void instrument_behind_a_silent_address_is_not_reached();
     void message_is_cut_wrongly();
     void session_leaves_a_lock_or_link_behind();
     void lost_instrument_comes_back_unasked();
     void waiting_call_holds_up_another_session_or_its_close();
+    void rebooting_instrument_comes_back_unasked_or_not_at_all();
     void program_misses_what_lan_allows();
 };
 
@@ -180,13 +226,14 @@ void test_visa_lan::open_takes_too_long_or_takes_anything()
                 {"TCPIP0::", {}, error_invalid_resource_name},
                 {"TCPIP0::a b::INSTR", {}, error_invalid_resource_name},
                 {"TCPIP0::127.0.0.3::INSTR", {}, error_resource_not_found},
-                {"TCPIP0::nowhere.invalid::INSTR", {}, error_resource_not_found},
+                {"TCPIP0::unknown.name::INSTR", {}, error_resource_not_found, 1000},
                 {name, script(mapper, {}), error_resource_not_found, 1000},
                 {name, script(create_link, {}), error_resource_not_found, 1000},
                 {name, script(mapper, {port(0)}), error_resource_not_found},
                 {name, script(mapper, {port(65647)}), error_resource_not_found},
                 {name, script(create_link, {link(3)}), error_resource_not_found},
                 {name, script(create_link, {link(11)}), error_resource_locked}};
+    const mute_name_server_t name_server;
     for (const auto &row : rows) {
         const scripted_server_t server(host, row.script);
         ViSession session = 1;
@@ -201,6 +248,22 @@ void test_visa_lan::open_takes_too_long_or_takes_anything()
     char found[256];
     QCOMPARE(viFindRsrc(manager, "TCPIP?*", &list, &count, found), error_resource_not_found);
     QCOMPARE(count, 0U);
+}
+
+void test_visa_lan::instrument_behind_a_silent_address_is_not_reached()
+{
+    const scripted_server_t silent("127.0.0.3", {rpc::port_mapper::get_procedure, {}});
+    scripted_server_t server(host, {static_cast<std::uint32_t>(procedure_t::device_read), {}});
+    const ViSession session = opened(timeout_ms, "TCPIP0::two.addresses::INSTR");
+    char address[256] = "";
+    QCOMPARE(viGetAttribute(session, attribute_tcpip_address, address), success);
+    QCOMPARE(address, host);
+    // The fresh link behind a time-out leads to the same instrument.
+    std::string text;
+    QCOMPARE(read(session, text), error_timeout);
+    QCOMPARE(read(session, text), success);
+    QCOMPARE(server.links(), 2U);
+    QCOMPARE(viClose(session), success);
 }
 
 void test_visa_lan::message_is_cut_wrongly()
@@ -235,7 +298,12 @@ void test_visa_lan::session_leaves_a_lock_or_link_behind()
     const ViSession other = opened();
     QCOMPARE(viLock(owner, access_exclusive_lock, timeout_immediate, nullptr, nullptr), success);
     QCOMPARE(write(other, "*IDN?"), error_resource_locked);
+    auto lock = std::async(std::launch::async, [other] {
+        return viLock(other, access_exclusive_lock, timeout_infinite, nullptr, nullptr);
+    });
+    QCOMPARE(lock.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
     QCOMPARE(viClose(owner), success);
+    QCOMPARE(lock.get(), success);
     QCOMPARE(server.destroyed_links(), 1U);
     QCOMPARE(write(other, "*IDN?"), success);
     viSetAttribute(other, attribute_term_char, 'i');
@@ -280,12 +348,33 @@ void test_visa_lan::waiting_call_holds_up_another_session_or_its_close()
     QVERIFY(timer.elapsed() < late_ms);
 }
 
+void test_visa_lan::rebooting_instrument_comes_back_unasked_or_not_at_all()
+{
+    const simulator_on_lan_t simulator;
+    window_driver_t driver;
+    driver.connect_lan("127.0.0.1");
+    QVERIFY(driver.click("C") && driver.click("8"));
+    const char *const resource = "TCPIP0::127.0.0.1::INSTR";
+    ViSession session = opened(timeout_ms, resource);
+    QCOMPARE(write(session, std::string("REBOOT", sizeof "REBOOT")), success);
+    std::string text;
+    QCOMPARE(read(session, text), error_connection_lost);
+    QCOMPARE(viClose(session), success);
+    QTRY_VERIFY((session = opened(timeout_ms, resource)) != null_object);
+    // What is clicked without a new connection switches nothing.
+    QVERIFY(driver.click("C") && driver.click("7"));
+    QCOMPARE(write(session, "ROUTes?"), success);
+    QCOMPARE(read(session, text), success);
+    QCOMPARE(text, std::string("0,0,0,0\n"));
+    driver.connect_lan("127.0.0.1");
+    QVERIFY(driver.lit_ports().isEmpty() && driver.take_boxes().isEmpty());
+    QVERIFY(driver.click("C") && driver.click("7"));
+    QCOMPARE(driver.lit_ports(), QStringList({"C", "7"}));
+}
+
 void test_visa_lan::program_misses_what_lan_allows()
 {
-    QProcess simulator;
-    simulator.start(CORVANE_SIM, {"lan"});
-    QTRY_VERIFY(simulator.canReadLine());
-    QVERIFY(simulator.readLine().startsWith("TCPIP0::127.0.0.1::INSTR"));
+    const simulator_on_lan_t simulator;
     window_driver_t driver;
     driver.connect_lan("127.0.0.1");
     QCOMPARE(driver.link_text(), "(LAN)");
@@ -301,8 +390,6 @@ void test_visa_lan::program_misses_what_lan_allows()
     QCOMPARE(driver.take_boxes(),
              QStringList({"Information: Please upgrade using USB! [OK, Close]",
                           "Information: Please change LAN using USB! [OK, Close]"}));
-    simulator.terminate();
-    QVERIFY(simulator.waitForFinished());
 }
 
 CORVANE_GUI_TEST_MAIN(test_visa_lan)

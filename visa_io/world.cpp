@@ -1,10 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "visa_io/world.h"
 
-#include <algorithm>
 #include <chrono>
 
 namespace visa_io {
+
+namespace {
+
+/// Ten years, which leaves the clock room to count on.
+constexpr std::chrono::milliseconds endless = std::chrono::hours(24 * 3652);
+
+} // namespace
 
 world_t &world_t::instance()
 {
@@ -15,8 +21,7 @@ world_t &world_t::instance()
 
 void world_t::wait(guard_t &guard, deadline_t deadline)
 {
-    // The clock's last moment would overflow in the wait.
-    changed.wait_until(guard, std::min(deadline, io_clock_t::now() + std::chrono::hours(1)));
+    changed.wait_until(guard, deadline);
 }
 
 std::shared_ptr<visa::resource_lock_t> world_t::lock_of(const std::string &key)
@@ -46,9 +51,8 @@ std::optional<visa::object_table_t<session_t>::sessions_t> world_t::close(ViObje
 
 deadline_t deadline_after(ViUInt32 timeout_ms)
 {
-    return timeout_ms == visa::timeout_infinite
-               ? deadline_t::max()
-               : io_clock_t::now() + std::chrono::milliseconds(timeout_ms);
+    return io_clock_t::now() +
+           (timeout_ms == visa::timeout_infinite ? endless : std::chrono::milliseconds(timeout_ms));
 }
 
 } // namespace visa_io

@@ -45,6 +45,7 @@ object_attributes_t attributes_at(bus_state_t &state, place_t place, ViSession m
     attributes.manager = manager;
     attributes.name_text = there.name_text;
     attributes.name = there.name;
+    attributes.address = there.name.host;
     attributes.instrument_maker = maker;
     attributes.instrument_model = split_field(rest).first;
     attributes.timeout_ms = static_cast<ViUInt32>(state.default_timeout().count());

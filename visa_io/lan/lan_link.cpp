@@ -51,8 +51,14 @@ ViStatus status_of(std::uint32_t error)
 
 deadline_t latest_after(deadline_t deadline)
 {
+    return std::max(io_clock_t::now(), deadline) + patience;
+}
+
+/// The end of a share of the rest of the time.
+deadline_t share(deadline_t deadline, std::size_t sharers)
+{
     const deadline_t now = io_clock_t::now();
-    return deadline > deadline_t::max() - patience ? deadline : std::max(now, deadline) + patience;
+    return now + (deadline - now) / static_cast<int>(sharers);
 }
 
 /// The rest of the time, for the instrument, which counts it as a signed number.
@@ -163,10 +169,13 @@ ViStatus lan_link_t::open_at(in_addr host, deadline_t deadline)
 ViStatus lan_link_t::open(deadline_t deadline)
 {
     ViStatus status = visa::error_connection_lost;
-    for (const in_addr &host : addresses) {
-        status = open_at(host, deadline);
-        if (status == visa::success || status == visa::error_timeout)
+    for (std::size_t index = 0; index < addresses.size(); ++index) {
+        const in_addr host = addresses[index];
+        status = open_at(host, share(deadline, addresses.size() - index));
+        if (status == visa::success) {
+            addresses = {host};
             return status;
+        }
     }
     return status;
 }

@@ -28,8 +28,11 @@ public:
 
     ~lan_link_t() override;
 
-    /// Makes the link: at the first address that answers.
+    /// Makes the link: at the first address that answers in its share of the time.
     ViStatus open(deadline_t deadline);
+
+    /// The address that answered.
+    in_addr address() const { return addresses.front(); }
 
     transfer_t write(std::string_view data, bool end, deadline_t deadline) override;
     transfer_t read(char *buffer, std::size_t size, int term_char, deadline_t deadline) override;
@@ -59,7 +62,7 @@ private:
     ViStatus refuse();
     void give_up_link();
 
-    const std::vector<in_addr> addresses;
+    std::vector<in_addr> addresses; ///< once one has answered, only that
     const std::string device;
     stop_signal_t stop;
     rpc_client_t client;

@@ -1,28 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "visa_io/usb/usb_bus.h"
 
+#include "visa_io/usb/uninterrupted.h"
 #include "visa_io/usb/usb_link.h"
 #include "visa_io/usb/usb_nodes.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
-#include <string>
 
 namespace visa_io {
-
-namespace {
-
-int open_node(const std::string &path)
-{
-    int descriptor = -1;
-    do
-        descriptor = ::open(path.c_str(), O_RDWR | O_CLOEXEC);
-    while (descriptor < 0 && errno == EINTR);
-    return descriptor;
-}
-
-} // namespace
 
 std::vector<visa::object_attributes_t> find_usb_instruments()
 {
@@ -42,7 +29,8 @@ ViStatus open_usb_instrument(const visa::resource_name_t &name, deadline_t /*dea
     });
     if (node == nodes.end())
         return visa::error_resource_not_found;
-    const int descriptor = open_node(node->path);
+    const int descriptor =
+        uninterrupted([&node] { return ::open(node->path.c_str(), O_RDWR | O_CLOEXEC); });
     if (descriptor < 0)
         return errno == EACCES || errno == EPERM ? visa::error_no_permission
                                                  : visa::error_resource_not_found;

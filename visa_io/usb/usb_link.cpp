@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "visa_io/usb/usb_link.h"
 
+#include "visa_io/usb/uninterrupted.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
@@ -51,16 +53,6 @@ ViStatus status_of(int error)
     return row == std::end(error_rows) ? visa::error_io : row->status;
 }
 
-// Makes a call of the kernel until no signal interrupts it; its result is negative on failure.
-template <typename call_t>
-auto uninterrupted(call_t call)
-{
-    auto result = call();
-    while (result < 0 && errno == EINTR)
-        result = call();
-    return result;
-}
-
 template <typename... argument_t>
 int control(int node, unsigned long request, argument_t... argument)
 {
@@ -78,8 +70,7 @@ int set_timeout(int node, deadline_t deadline)
 // The latest moment at which the result of a transfer is waited for.
 deadline_t patience(deadline_t deadline)
 {
-    const deadline_t at_least = std::max(deadline, io_clock_t::now() + shortest_timeout);
-    return at_least > deadline_t::max() - grace ? at_least : at_least + grace;
+    return std::max(deadline, io_clock_t::now() + shortest_timeout) + grace;
 }
 
 } // namespace
