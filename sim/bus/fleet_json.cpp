@@ -250,7 +250,7 @@ fleet_t parse_fleet(std::string_view text)
     return fleet;
 }
 
-fleet_t read_fleet_file(const std::string &path)
+fleet_t read_fleet_file(const std::filesystem::path &path)
 {
     std::ifstream file(path, std::ios::binary);
     if (!file)

@@ -3,6 +3,7 @@
 
 #include "sim/bus/fleet.h"
 
+#include <filesystem>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -21,6 +22,6 @@ public:
 fleet_t parse_fleet(std::string_view text);
 
 /// The same for a file. Throws fleet_error_t also when it cannot be read.
-fleet_t read_fleet_file(const std::string &path);
+fleet_t read_fleet_file(const std::filesystem::path &path);
 
 } // namespace sim

@@ -6,8 +6,25 @@
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <filesystem>
 
 namespace sim::visa {
+
+namespace {
+
+/// The file that the user names, empty for none. As the system gives it: the code page of Windows
+/// lacks most characters.
+std::filesystem::path fleet_file()
+{
+#ifdef _WIN32
+    const wchar_t *const path = _wgetenv(L"CORVANE_SIM_FLEET");
+#else
+    const char *const path = std::getenv("CORVANE_SIM_FLEET");
+#endif
+    return path != nullptr ? path : std::filesystem::path();
+}
+
+} // namespace
 
 visa_world_t &visa_world_t::instance()
 {
@@ -18,8 +35,8 @@ visa_world_t &visa_world_t::instance()
 
 visa_world_t::visa_world_t()
 {
-    const char *const path = std::getenv("CORVANE_SIM_FLEET");
-    if (path == nullptr || *path == '\0') {
+    const std::filesystem::path path = fleet_file();
+    if (path.empty()) {
         start_fleet = default_fleet();
         bus.load(start_fleet);
         return;
@@ -28,8 +45,8 @@ visa_world_t::visa_world_t()
         start_fleet = read_fleet_file(path);
         bus.load(start_fleet);
     } catch (const std::exception &error) {
-        std::fprintf(stderr, "corvane simulator: no instruments, fleet file \"%s\": %s\n", path,
-                     error.what());
+        std::fprintf(stderr, "corvane simulator: no instruments, fleet file \"%s\": %s\n",
+                     path.u8string().c_str(), error.what());
         start_fleet = fleet_t();
     }
 }
