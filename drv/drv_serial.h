@@ -3,12 +3,15 @@
 
 #include "drv/transport.h"
 
+#ifndef CORVANE_WITHOUT_SERIAL_PORT
 #include <QMutex>
 #include <QSerialPort>
+#endif
 
 /// The instrument's USB serial port, which carries the commands when there is no VISA library.
 ///
-/// Belongs to the GUI thread; queries are serialised by a mutex.
+/// Belongs to the GUI thread; queries are serialised by a mutex. In a build without Qt's serial port
+/// module no port is ever found or opened.
 class drv_serial_t final : public transport_t
 {
 public:
@@ -41,10 +44,12 @@ private:
     drv_serial_t();
     ~drv_serial_t() = default;
 
+#ifndef CORVANE_WITHOUT_SERIAL_PORT
     void close_lost_port(QSerialPort::SerialPortError error);
     void discard_input();
     void wait_for_line_end();
 
     QSerialPort port;
     QMutex mutex;
+#endif
 };

@@ -4,14 +4,20 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 #ifdef Q_OS_WIN
 
-/// The compiled help file, relative to the working directory.
+/// The compiled help file, relative to the working directory; in the browser where only the document
+/// from which it is compiled is there.
 viewer_command_t acknowledgment_viewer()
 {
-    return {QStringLiteral("hh.exe"),
-            {QStringLiteral("help/open-source_software_acknowledgment.chm")}};
+    const QString compiled = QStringLiteral("help/open-source_software_acknowledgment.chm");
+    const QFileInfo document(QStringLiteral("help/open-source_software_acknowledgment.html"));
+    if (!QFile::exists(compiled) && document.exists())
+        return {QStringLiteral("explorer.exe"),
+                {QDir::toNativeSeparators(document.absoluteFilePath())}};
+    return {QStringLiteral("hh.exe"), {compiled}};
 }
 
 #else

@@ -9,15 +9,17 @@ component("Qt Core, Qt Gui and Qt Widgets" VERSION ${QT_VERSION}
   COPYRIGHT "The Qt Company Ltd. and other contributors"
   LICENCES LGPL-3.0-only
   HOME https://www.qt.io/)
-component("Qt Serial Port" VERSION ${QT_VERSION}
-  PURPOSE "The way to an instrument when there is no VISA library"
-  COPYRIGHT "2011-2019 Denis Shienkov"
-            "2011 Sergey Belyashov"
-            "2012-2013 Laszlo Papp"
-            "2012 Andre Hartmann"
-            "2016 The Qt Company Ltd."
-  LICENCES LGPL-3.0-only
-  HOME https://www.qt.io/)
+if(WITH_SERIAL_PORT)
+  component("Qt Serial Port" VERSION ${QT_VERSION}
+    PURPOSE "The way to an instrument when there is no VISA library"
+    COPYRIGHT "2011-2019 Denis Shienkov"
+              "2011 Sergey Belyashov"
+              "2012-2013 Laszlo Papp"
+              "2012 Andre Hartmann"
+              "2016 The Qt Company Ltd."
+    LICENCES LGPL-3.0-only
+    HOME https://www.qt.io/)
+endif()
 component("Qt Svg with its image plugin" VERSION ${QT_VERSION}
   PURPOSE "Arrows and radio buttons"
   COPYRIGHT "2016-2019 The Qt Company Ltd."

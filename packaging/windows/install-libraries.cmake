@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: MIT
 # Run by cmake --install: copies the libraries that the program and Qt's files load in their turn,
-# but for those of Windows. Set before: program, qt_files, library_folders.
+# but for those of Windows. Set before: program, qt_files, library_folders and the
+# folder that the program is in.
 
 cmake_minimum_required(VERSION 3.25)
 
@@ -26,4 +27,4 @@ list(FILTER missing INCLUDE REGEX "^(qt5|lib)")
 if(missing)
   message(FATAL_ERROR "In none of ${library_folders}: ${missing}")
 endif()
-file(INSTALL ${libraries} DESTINATION "${CMAKE_INSTALL_PREFIX}")
+file(INSTALL ${libraries} DESTINATION "${CMAKE_INSTALL_PREFIX}/${folder}")

@@ -43,7 +43,7 @@ QFunctionPointer resolved(QLibrary &library, const char *name)
 
 } // namespace
 
-simulator_t::simulator_t() : library(QStringLiteral("libvisa.so"))
+simulator_t::simulator_t() : library(QStringLiteral(CORVANE_SIM_VISA_NAME))
 {
     reset();
 }
