@@ -10,8 +10,8 @@
 
 /// The instrument's USB serial port, which carries the commands when there is no VISA library.
 ///
-/// Belongs to the GUI thread; queries are serialised by a mutex. In a build without Qt's serial port
-/// module no port is ever found or opened.
+/// Belongs to the GUI thread; queries are serialised by a mutex. In a build without Qt's serial
+/// port module no port is ever found or opened.
 class drv_serial_t final : public transport_t
 {
 public:

@@ -22,7 +22,9 @@
 #include <memory>
 #include <utility>
 
+#ifndef Q_OS_WIN
 #include <sys/stat.h>
+#endif
 
 namespace {
 
@@ -165,12 +167,16 @@ void test_upgrade_dialog::wrong_or_cancelled_file_is_sent()
     choose(folder.write(QStringLiteral("a.ADS"), make_package(44, {{5, "TMX"}})));
     choose(QString());
     QVERIFY(perform(*dialog, "Begin"));
+    QStringList errors{error_box, error_box, error_box, error_box};
+#ifndef Q_OS_WIN // whose pipes lie in no folder
     // Nobody writes into this pipe: who opens it waits for ever.
     QCOMPARE(mkfifo(QFile::encodeName(folder.path(QStringLiteral("b.ADS"))), 0600), 0);
     choose(folder.path(QStringLiteral("b.ADS")));
     QVERIFY(perform(*dialog, "Begin"));
+    errors.append(error_box);
+#endif
     QCOMPARE(dialog->findChild<QLineEdit *>()->text(), folder.path(QStringLiteral("a.ADS")));
-    QCOMPARE(said(), (QStringList{error_box, error_box, error_box, error_box, error_box}));
+    QCOMPARE(said(), errors);
     QCOMPARE(simulator.take_texts(), QByteArrayList());
 }
 

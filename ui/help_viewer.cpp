@@ -8,8 +8,8 @@
 
 #ifdef Q_OS_WIN
 
-/// The compiled help file, relative to the working directory; in the browser where only the document
-/// from which it is compiled is there.
+/// The compiled help file, relative to the working directory; in the browser where only the
+/// document from which it is compiled is there.
 viewer_command_t acknowledgment_viewer()
 {
     const QString compiled = QStringLiteral("help/open-source_software_acknowledgment.chm");
