@@ -26,9 +26,10 @@ if(NOT trying)
        DESTINATION "${header_only}/share/cmake")
 endif()
 
+cmake_path(GET CMAKE_CURRENT_LIST_DIR PARENT_PATH root)
 set(CMAKE_FIND_ROOT_PATH "/usr/${triplet}" "${header_only}"
-                         "${CMAKE_CURRENT_LIST_DIR}/../build/qt-windows/installed")
-set(CMAKE_CROSSCOMPILING_EMULATOR "${CMAKE_CURRENT_LIST_DIR}/../scripts/run-under-wine")
+                         "${root}/build/qt-windows/installed")
+set(CMAKE_CROSSCOMPILING_EMULATOR "${root}/scripts/run-under-wine")
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
