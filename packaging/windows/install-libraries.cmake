@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: MIT
 # Run by cmake --install: copies the libraries that the program and Qt's files load in their turn,
-# but for those of Windows. Set before: program, qt_files, library_folders and the
-# folder that the program is in.
+# but for those of Windows. Set before: program, qt_files, library_folders, the folder that the program
+# is in and what strips a file.
 
 cmake_minimum_required(VERSION 3.25)
 
@@ -27,4 +27,12 @@ list(FILTER missing INCLUDE REGEX "^(qt5|lib)")
 if(missing)
   message(FATAL_ERROR "In none of ${library_folders}: ${missing}")
 endif()
-file(INSTALL ${libraries} DESTINATION "${CMAKE_INSTALL_PREFIX}/${folder}")
+set(folder "$ENV{DESTDIR}${CMAKE_INSTALL_PREFIX}/${folder}")
+foreach(library IN LISTS libraries)
+  file(COPY "${library}" DESTINATION "${folder}")
+  # Most of MinGW's runtime is for debuggers.
+  if(CMAKE_INSTALL_DO_STRIP)
+    get_filename_component(name "${library}" NAME)
+    execute_process(COMMAND "${strip}" "${folder}/${name}" COMMAND_ERROR_IS_FATAL ANY)
+  endif()
+endforeach()
