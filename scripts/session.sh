@@ -28,7 +28,7 @@ begin_session() {
 }
 
 end_session() {
-    kill "$program" || true
+    kill "$program" 2>/dev/null || true
     rm -f "$shots"/{old,new}.png
 }
 
