@@ -144,7 +144,7 @@ void read_product(const json_t &value, const std::string &place, fleet_instrumen
 {
     instrument.config.product = number_of(value, place);
     if (find_product(instrument.config.product) == nullptr)
-        refuse(place, "must be 21, 22, 24, 42 or 44");
+        refuse(place, "must be one of " + product_ids());
 }
 
 void read_resources(const json_t &value, const std::string &place, fleet_instrument_t &instrument)

@@ -34,4 +34,12 @@ const product_t *find_product(int id)
     return product == products.end() ? nullptr : product;
 }
 
+std::string product_ids()
+{
+    std::string ids;
+    for (const product_t &product : products)
+        ids += (ids.empty() ? "" : ", ") + std::to_string(product.id);
+    return ids;
+}
+
 } // namespace sim

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <string>
 #include <string_view>
 
 namespace sim {
@@ -28,5 +29,8 @@ struct product_t
 
 /// The product with this id, or null.
 const product_t *find_product(int id);
+
+/// The ids of all products, for messages: "21, 22".
+std::string product_ids();
 
 } // namespace sim
