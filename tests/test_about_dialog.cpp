@@ -133,6 +133,7 @@ void test_about_dialog::acknowledgment_lacks_a_part_or_a_licence()
     const QString html = read(QCoreApplication::applicationDirPath() + '/' + document + ".html");
     for (const char *const part : {"Qt Svg", "Corvane Sans CN", "CLI11"})
         QVERIFY2(html.contains(QString("<h3>") + part), part);
+    QCOMPARE(html.contains("<h3>Qt Serial Port"), CORVANE_SERIAL_LINE != 0);
     const QStringList links = html.split("Licence: <a href=\"#").mid(1);
     QVERIFY(!links.isEmpty());
     for (const QString &link : links) {
