@@ -63,7 +63,9 @@ int test_package_tool::run(const QStringList &arguments)
         tool.setStandardOutputFile(output_file);
     tool.start(QStringLiteral(CORVANE_PACKAGE_TOOL), arguments);
     const bool ended = tool.waitForFinished(patience_ms);
-    output = tool.readAll().replace("\r\n", "\n");
+    output = tool.readAll();
+    if (reads_in_text_mode) // and writes so
+        output.replace("\r\n", "\n");
     return ended && tool.exitStatus() == QProcess::NormalExit ? tool.exitCode() : -1;
 }
 
@@ -79,7 +81,7 @@ void test_package_tool::created_package_differs_from_its_manifest()
     const QString package = folder.path(QStringLiteral("升级 1.ADS"));
     QCOMPARE(run({"create", manifest, package}), 0);
     QCOMPARE(output, QByteArray());
-#ifndef Q_OS_WIN // whose links and permissions are others
+#ifndef Q_OS_WIN // whose links and permissions are others, and which has no shell to set limits
     // A package that is replaced keeps its permissions and the links to it.
     const QFile::Permissions owner = QFile::ReadOwner | QFile::WriteOwner;
     const QString link = folder.path(QStringLiteral("link.ADS"));
@@ -96,6 +98,8 @@ void test_package_tool::created_package_differs_from_its_manifest()
              2);
     place.refresh();
     QCOMPARE(place.entryList(), before);
+#endif
+#ifndef Q_OS_WIN // which has no device that is always full
     output_file = QStringLiteral("/dev/full");
     QCOMPARE(run({"inspect", package}), 2);
     output_file.clear();
@@ -215,7 +219,7 @@ void test_package_tool::refusal_gives_no_reason_or_the_wrong_status()
         {listing(boot), {"create", manifest, "펌웨어.ADS"}, 2, "GB2312"},
         {listing(boot), {"create", manifest, none + "/a"}, 2, "none.ADS/a: cannot be written"},
         {listing(boot), {"create", manifest, folder.path("link")}, 2, "it is the manifest"},
-#ifndef Q_OS_WIN
+#ifndef Q_OS_WIN // where such a link is a shortcut, an ordinary file
         {listing(boot), {"create", manifest, folder.path("gone")}, 2, "not a regular file"},
 #endif
         {listing(boot), {"create", manifest, folder.path("./boot")}, 2, "one of the payloads"},
@@ -235,9 +239,13 @@ void test_package_tool::refusal_gives_no_reason_or_the_wrong_status()
     folder.write(QStringLiteral("boot"), "boot");
     QVERIFY(QFile::resize(folder.write(QStringLiteral("huge"), ""), 1LL << 32));
     folder.write(QStringLiteral("bad.json"), {});
-    std::filesystem::create_hard_link(
-        std::filesystem::u8path(manifest.toStdString()),
-        std::filesystem::u8path(folder.path(QStringLiteral("link")).toStdString()));
+    const QString link = folder.path(QStringLiteral("link"));
+#ifdef Q_OS_WIN // where a symbolic link takes an administrator
+    std::filesystem::create_hard_link(std::filesystem::u8path(manifest.toStdString()),
+                                      std::filesystem::u8path(link.toStdString()));
+#else
+    QVERIFY(QFile::link(manifest, link));
+#endif
     // Its absolute path counts, of which GB2312 lacks a folder's name.
     const QString korean = folder.path(QStringLiteral("펌웨어"));
     QVERIFY(QDir().mkdir(korean) && QFile::copy(package, korean + "/foreign.ADS"));
@@ -255,9 +263,13 @@ void test_package_tool::refusal_gives_no_reason_or_the_wrong_status()
 void test_package_tool::program_and_tool_differ_on_a_name()
 {
     const QPair<QString, bool> rows[] = {
-        {QStringLiteral("a.ADS"), true},     {QStringLiteral("固 件.ADS"), true},
-        {QStringLiteral("体體€.ADS"), true}, {QStringLiteral("é.ADS"), true},
-        {QStringLiteral("펌.ADS"), false},   {QStringLiteral("😀.ADS"), false},
+        {QStringLiteral("a.ADS"), true},      {QStringLiteral("固 件.ADS"), true},
+        {QStringLiteral("体體€.ADS"), true},
+#ifndef Q_OS_WIN // where no name holds it
+        {QStringLiteral("体體€?.ADS"), true},
+#endif
+        {QStringLiteral("é.ADS"), true},      {QStringLiteral("펌.ADS"), false},
+        {QStringLiteral("😀.ADS"), false},
     };
     for (const auto &[name, is_held] : rows) {
         const QString package = folder.write(name, make_package(44, {{3, "boot"}}));
