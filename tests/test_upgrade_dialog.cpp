@@ -100,11 +100,14 @@ void test_upgrade_dialog::open_dialog()
 
 void test_upgrade_dialog::choose(const QString &path)
 {
+    const QString working_folder = QDir::currentPath();
     QVERIFY(choose_file(*dialog, path, [](const QFileDialog &chooser) {
         QCOMPARE(chooser.windowTitle(), QStringLiteral("Select upgrade files"));
         QCOMPARE(chooser.nameFilters(), QStringList{"*.ADS"});
         QVERIFY(chooser.directory().isRoot() && chooser.parent() == nullptr);
+        QVERIFY(QDir::setCurrent(QDir::tempPath())); // as Windows' own dialog does
     }));
+    QCOMPARE(QDir::currentPath(), working_folder);
 }
 
 void test_upgrade_dialog::begin(const QString &name, const QByteArray &package)

@@ -11,6 +11,7 @@
 #include "upgrade/upgrade_file.h"
 #include "upgrade/upgrade_thread.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -90,8 +91,12 @@ void ui_upgrade_dialog_t::connect_widgets()
 
 void ui_upgrade_dialog_t::browse_btn_click_slot()
 {
+    // Windows' own dialog leaves the program in the chosen folder; what opens the acknowledgment
+    // would be looked for there.
+    const QString working_folder = QDir::currentPath();
     path = QFileDialog::getOpenFileName(nullptr, tr("Select upgrade files"), QStringLiteral("/"),
                                         QStringLiteral("*.ADS"));
+    QDir::setCurrent(working_folder);
     QFile file(path);
     // Opening anything else could wait for ever.
     if (QFileInfo(path).isFile() && file.open(QIODevice::ReadOnly)) {
