@@ -30,8 +30,8 @@ endif()
 set(folder "$ENV{DESTDIR}${CMAKE_INSTALL_PREFIX}/${folder}")
 foreach(library IN LISTS libraries)
   file(COPY "${library}" DESTINATION "${folder}")
-  # Most of MinGW's runtime is for debuggers.
-  if(CMAKE_INSTALL_DO_STRIP)
+  # Most of MinGW's runtime is for debuggers. Microsoft's compiler comes with nothing to strip.
+  if(CMAKE_INSTALL_DO_STRIP AND strip)
     get_filename_component(name "${library}" NAME)
     execute_process(COMMAND "${strip}" "${folder}/${name}" COMMAND_ERROR_IS_FATAL ANY)
   endif()
