@@ -1,6 +1,11 @@
 # SPDX-License-Identifier: MIT
 # shellcheck shell=bash
-# How scripts run Windows programs; to be sourced behind common.sh.
+# What the scripts for Windows share; to be sourced behind common.sh.
+
+# are_qt_options [ARGUMENT...]: whether scripts/build-windows-qt takes these.
+are_qt_options() {
+    [ $# -eq 0 ] || { [ $# -eq 2 ] && [ "$1" = --serialport ] && [ -d "$2" ]; }
+}
 
 # begin_windows: a Windows of the script's own, which is thrown away at its end.
 begin_windows() {
