@@ -131,6 +131,13 @@ usbtmc_device_t::answer_t usbtmc_device_t::read(UMockdevIoctlClient &client)
     std::vector<char> bytes(static_cast<std::size_t>(buffer->data_len));
     const auto deadline = sim::bus_clock_t::now() + std::chrono::milliseconds(timeout_ms);
     const auto stop = term_char < 0 ? std::nullopt : std::optional(static_cast<char>(term_char));
+    if (is_out_of_turn.exchange(false))
+        return 0;
+    if (drips_every_ms > 0) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(drips_every_ms));
+        attributes = 0;
+        return 1;
+    }
     is_reading = true;
     const sim::bus_read_t got = session->read(bytes.data(), bytes.size(), deadline, stop);
     is_reading = false;

@@ -44,8 +44,10 @@ public:
     std::atomic<int> clears = 0;    ///< device clears received
     std::atomic<int> triggers = 0;
     std::atomic<int> writes = 0;
-    std::atomic<bool> is_reading = false; ///< somebody waits for a reply
-    std::atomic<int> stalls_for_ms = 0;   ///< as long every call takes longer than it may
+    std::atomic<bool> is_reading = false;     ///< somebody waits for a reply
+    std::atomic<int> stalls_for_ms = 0;       ///< as long every call takes longer than it may
+    std::atomic<int> drips_every_ms = 0;      ///< so often a read gets one byte and no end
+    std::atomic<bool> is_out_of_turn = false; ///< the next read gets what answers no request
 
 private:
     using answer_t = long; ///< negative: an errno
@@ -68,5 +70,5 @@ private:
     unsigned timeout_ms = 5000;
     bool sends_end = true;
     int term_char = -1;
-    unsigned char attributes = 0;
+    unsigned char attributes = 0; ///< of the last transfer that answered its request
 };

@@ -172,10 +172,10 @@ ViStatus lan_link_t::open(deadline_t deadline)
     for (std::size_t index = 0; index < addresses.size(); ++index) {
         const in_addr host = addresses[index];
         status = open_at(host, share(deadline, addresses.size() - index));
-        if (status == visa::success) {
+        if (status == visa::success)
             addresses = {host};
+        if (status == visa::success || status == visa::error_resource_locked)
             return status;
-        }
     }
     return status;
 }
@@ -185,9 +185,11 @@ ViStatus lan_link_t::ensure_link(deadline_t latest)
     if (state != state_t::unlinked)
         return state == state_t::linked ? visa::success : visa::error_connection_lost;
     const ViStatus status = open(latest);
-    if (status == visa::error_connection_lost)
-        state = state_t::lost;
-    return status;
+    if (status != visa::error_connection_lost && status != visa::error_timeout)
+        return status;
+    // One that is silent again is switched off or unplugged: when it is back it knows no route.
+    state = state_t::lost;
+    return visa::error_connection_lost;
 }
 
 transfer_t lan_link_t::write(std::string_view data, bool end, deadline_t deadline)

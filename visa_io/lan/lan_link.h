@@ -17,7 +17,7 @@
 namespace visa_io {
 
 /// A link to an instrument on LAN (VXI-11). One that timed out is given up; the next call makes a
-/// fresh one, to which no late reply can come.
+/// fresh one, to which no late reply can come, or the connection is lost.
 class lan_link_t final : public device_link_t
 {
 public:
@@ -28,7 +28,8 @@ public:
 
     ~lan_link_t() override;
 
-    /// Makes the link: at the first address that answers in its share of the time.
+    /// Makes the link: at the first address that answers in its share of the time, if only to say
+    /// that another link has locked the instrument.
     ViStatus open(deadline_t deadline);
 
     /// The address that answered.

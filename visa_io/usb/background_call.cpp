@@ -5,12 +5,6 @@
 
 namespace visa_io {
 
-void background_call_t::finish() const
-{
-    if (running.valid())
-        running.wait();
-}
-
 bool background_call_t::is_idle_by(deadline_t deadline) const
 {
     return !running.valid() || running.wait_until(deadline) == std::future_status::ready;

@@ -17,9 +17,6 @@ public:
     /// Makes calls of the kernel and gives the errno of the one that failed, or 0.
     using job_t = std::function<int()>;
 
-    /// Waits for a job that still runs, however long it takes.
-    void finish() const;
-
     /// Waits for a job that still runs; gives false when it does at the deadline.
     bool is_idle_by(deadline_t deadline) const;
 

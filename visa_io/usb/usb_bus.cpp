@@ -8,8 +8,39 @@
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
+#include <future>
+#include <string>
+#include <thread>
+#include <utility>
 
 namespace visa_io {
+
+namespace {
+
+struct opened_t
+{
+    descriptor_t node;
+    int error; ///< errno when there is none
+};
+
+/// An opening that the driver lets wait cannot be ended: its thread lives on until it ends by
+/// itself, and closes what it got. This library is never unloaded.
+opened_t open_node(const std::string &path, deadline_t deadline)
+{
+    std::packaged_task<opened_t()> task([path] {
+        descriptor_t node(
+            uninterrupted([&path] { return ::open(path.c_str(), O_RDWR | O_CLOEXEC); }));
+        const int error = errno;
+        return opened_t{std::move(node), error};
+    });
+    auto opened = task.get_future();
+    std::thread(std::move(task)).detach();
+    if (opened.wait_until(deadline) != std::future_status::ready)
+        return {descriptor_t(), EBUSY};
+    return opened.get();
+}
+
+} // namespace
 
 std::vector<visa::object_attributes_t> find_usb_instruments()
 {
@@ -19,7 +50,7 @@ std::vector<visa::object_attributes_t> find_usb_instruments()
     return all;
 }
 
-ViStatus open_usb_instrument(const visa::resource_name_t &name, deadline_t /*deadline*/,
+ViStatus open_usb_instrument(const visa::resource_name_t &name, deadline_t deadline,
                              std::unique_ptr<device_link_t> &link,
                              visa::object_attributes_t &attributes)
 {
@@ -29,12 +60,11 @@ ViStatus open_usb_instrument(const visa::resource_name_t &name, deadline_t /*dea
     });
     if (node == nodes.end())
         return visa::error_resource_not_found;
-    const int descriptor =
-        uninterrupted([&node] { return ::open(node->path.c_str(), O_RDWR | O_CLOEXEC); });
-    if (descriptor < 0)
-        return errno == EACCES || errno == EPERM ? visa::error_no_permission
-                                                 : visa::error_resource_not_found;
-    link = std::make_unique<usb_link_t>(descriptor);
+    opened_t opened = open_node(node->path, deadline);
+    if (!opened.node.is_open())
+        return opened.error == EACCES || opened.error == EPERM ? visa::error_no_permission
+                                                               : visa::error_resource_not_found;
+    link = std::make_unique<usb_link_t>(std::move(opened.node));
     attributes.kind = node->attributes.kind;
     attributes.name = node->attributes.name;
     attributes.name_text = node->attributes.name_text;

@@ -67,48 +67,50 @@ int set_timeout(int node, deadline_t deadline)
     return control(node, USBTMC_IOCTL_SET_TIMEOUT, &timeout_ms);
 }
 
-// The latest moment at which the result of a transfer is waited for.
-deadline_t patience(deadline_t deadline)
-{
-    return std::max(deadline, io_clock_t::now() + shortest_timeout) + grace;
-}
-
 } // namespace
-
-usb_link_t::~usb_link_t()
-{
-    calls.finish();
-    ::close(node);
-}
 
 // The driver's own aborts do not reach the transfer that they mean.
 int usb_link_t::recover()
 {
-    const int error = control(node, USBTMC_IOCTL_CLEAR);
+    const int error = control(node.get(), USBTMC_IOCTL_CLEAR);
     needs_recovery = error != 0;
     return error;
 }
 
+usb_link_t::time_t usb_link_t::begin(deadline_t deadline)
+{
+    has_begun = false;
+    return {deadline, std::max(deadline, io_clock_t::now() + shortest_timeout) + grace};
+}
+
 // One step of an operation, for which the instrument has until the deadline.
-ViStatus usb_link_t::perform(const job_t &job, deadline_t deadline)
+ViStatus usb_link_t::perform(const job_t &job, const time_t &time)
 {
     if (is_lost)
         return visa::error_connection_lost;
-    if (!calls.is_idle_by(deadline))
+    if (!calls.is_idle_by(time.deadline))
         return visa::error_timeout;
-    given_up_at = patience(deadline);
-    calls.start([this, job, deadline] {
+    given_up_at = time.given_up_at;
+    calls.start([this, job, deadline = time.deadline] {
         int error = needs_recovery ? recover() : 0;
         if (error == 0)
-            error = set_timeout(node, deadline);
+            error = set_timeout(node.get(), deadline);
         if (error == 0)
             error = in_time();
-        return error == 0 ? job() : error;
+        if (error != 0)
+            return error;
+        has_begun = true;
+        error = job();
+        // Nobody learns what came of it.
+        if (in_time() != 0)
+            recover();
+        return error;
     });
     const std::optional<int> error = calls.result_by(given_up_at);
     const ViStatus status = status_of(error.value_or(ETIMEDOUT));
     is_lost = status == visa::error_connection_lost;
-    if (status == visa::error_timeout || status == visa::error_io) {
+    // What never got through, behind another's call, has left nothing to clear but the other's.
+    if ((status == visa::error_timeout || status == visa::error_io) && has_begun) {
         needs_recovery = true;
         if (error)
             calls.start([this] { return recover(); });
@@ -116,7 +118,8 @@ ViStatus usb_link_t::perform(const job_t &job, deadline_t deadline)
     return status;
 }
 
-// What nobody waits for any longer must not be done: a message would switch a path unannounced.
+// What nobody waits for any longer is not begun: a message would switch a path unannounced. What
+// waits inside the driver behind another program's call cannot be taken back.
 int usb_link_t::in_time() const
 {
     return io_clock_t::now() < given_up_at ? 0 : ETIMEDOUT;
@@ -125,11 +128,11 @@ int usb_link_t::in_time() const
 int usb_link_t::send_piece(std::size_t size, bool end) const
 {
     auto ends = static_cast<std::uint8_t>(end);
-    if (const int error = control(node, USBTMC_IOCTL_EOM_ENABLE, &ends))
+    if (const int error = control(node.get(), USBTMC_IOCTL_EOM_ENABLE, &ends))
         return error;
     if (const int error = in_time())
         return error;
-    const auto sent = uninterrupted([&] { return ::write(node, piece.data(), size); });
+    const auto sent = uninterrupted([&] { return ::write(node.get(), piece.data(), size); });
     if (sent < 0)
         return errno;
     return static_cast<std::size_t>(sent) == size ? 0 : EIO;
@@ -137,40 +140,42 @@ int usb_link_t::send_piece(std::size_t size, bool end) const
 
 transfer_t usb_link_t::write(std::string_view data, bool end, deadline_t deadline)
 {
+    const time_t time = begin(deadline);
     transfer_t result;
     while (result.status == visa::success && result.count < data.size()) {
         const std::string_view rest = data.substr(result.count, piece_bytes);
         const bool is_last = result.count + rest.size() == data.size();
         // A late job may still use the piece.
-        if (!calls.is_idle_by(deadline)) {
+        if (!calls.is_idle_by(time.deadline)) {
             result.status = visa::error_timeout;
             break;
         }
         std::copy(rest.begin(), rest.end(), piece.begin());
         result.status = perform(
             [this, size = rest.size(), ends = end && is_last] { return send_piece(size, ends); },
-            deadline);
+            time);
         if (result.status == visa::success)
             result.count += rest.size();
     }
     return result;
 }
 
-int usb_link_t::receive_piece(std::size_t size)
+int usb_link_t::receive_piece(std::size_t size, bool is_first)
 {
-    const auto received = uninterrupted([&] { return ::read(node, piece.data(), size); });
+    const auto received = uninterrupted([&] { return ::read(node.get(), piece.data(), size); });
     if (received < 0)
         return errno;
     std::uint8_t attributes = 0;
-    if (const int error = control(node, USBTMC_IOCTL_MSG_IN_ATTR, &attributes))
+    if (const int error = control(node.get(), USBTMC_IOCTL_MSG_IN_ATTR, &attributes))
         return error;
     piece_count = std::min(static_cast<std::size_t>(received), size);
     piece_ends = (attributes & end_of_message) != 0;
-    // The driver reads nothing and succeeds when the instrument answers out of turn.
-    return piece_count == 0 && !piece_ends ? EIO : 0;
+    // The driver reads nothing and succeeds when the instrument answers out of turn. What it tells
+    // of the end is then still the transfer's before.
+    return piece_count == 0 && (is_first || !piece_ends) ? EIO : 0;
 }
 
-ViStatus usb_link_t::set_term_char(int term_char, deadline_t deadline)
+ViStatus usb_link_t::set_term_char(int term_char, const time_t &time)
 {
     if (term_char == set_char)
         return visa::success;
@@ -180,9 +185,9 @@ ViStatus usb_link_t::set_term_char(int term_char, deadline_t deadline)
             usbtmc_termchar setting{};
             setting.term_char = static_cast<std::uint8_t>(std::max(term_char, 0));
             setting.term_char_enabled = term_char >= 0 ? 1 : 0;
-            return control(node, USBTMC_IOCTL_CONFIG_TERMCHAR, &setting);
+            return control(node.get(), USBTMC_IOCTL_CONFIG_TERMCHAR, &setting);
         },
-        deadline);
+        time);
     if (status == visa::success)
         set_char = term_char;
     return status;
@@ -190,17 +195,21 @@ ViStatus usb_link_t::set_term_char(int term_char, deadline_t deadline)
 
 transfer_t usb_link_t::read(char *buffer, std::size_t size, int term_char, deadline_t deadline)
 {
+    const time_t time = begin(deadline);
     transfer_t result;
     // The instrument ends a transfer at the character, so that no byte behind it leaves it. One
     // that cannot is asked for one byte after the other, to the same effect.
-    result.status = set_term_char(term_char, deadline);
+    result.status = set_term_char(term_char, time);
     const bool is_bytewise = result.status == visa::error_operation_not_supported;
     if (is_bytewise)
         result.status = visa::success;
     bool is_complete = false;
     while (result.status == visa::success && !is_complete && result.count < size) {
         const std::size_t wanted = is_bytewise ? 1 : std::min(size - result.count, piece_bytes);
-        result.status = perform([this, wanted] { return receive_piece(wanted); }, deadline);
+        result.status =
+            perform([this, wanted,
+                     is_first = result.count == 0] { return receive_piece(wanted, is_first); },
+                    time);
         if (result.status != visa::success)
             break;
         std::copy_n(piece.begin(), piece_count, buffer + result.count);
@@ -215,13 +224,14 @@ transfer_t usb_link_t::read(char *buffer, std::size_t size, int term_char, deadl
 
 ViStatus usb_link_t::clear(deadline_t deadline)
 {
-    return perform([this] { return control(node, USBTMC_IOCTL_CLEAR); }, deadline);
+    return perform([this] { return control(node.get(), USBTMC_IOCTL_CLEAR); }, begin(deadline));
 }
 
 ViStatus usb_link_t::read_status_byte(ViUInt8 &status, deadline_t deadline)
 {
     const ViStatus result =
-        perform([this] { return control(node, USBTMC488_IOCTL_READ_STB, &status_byte); }, deadline);
+        perform([this] { return control(node.get(), USBTMC488_IOCTL_READ_STB, &status_byte); },
+                begin(deadline));
     if (result == visa::success)
         status = status_byte;
     return result;
@@ -229,7 +239,8 @@ ViStatus usb_link_t::read_status_byte(ViUInt8 &status, deadline_t deadline)
 
 ViStatus usb_link_t::trigger(deadline_t deadline)
 {
-    return perform([this] { return control(node, USBTMC488_IOCTL_TRIGGER); }, deadline);
+    return perform([this] { return control(node.get(), USBTMC488_IOCTL_TRIGGER); },
+                   begin(deadline));
 }
 
 } // namespace visa_io

@@ -3,9 +3,11 @@
 
 #include "visa_io/device_link.h"
 #include "visa_io/usb/background_call.h"
+#include "visa_io/usb/descriptor.h"
 
 #include <array>
 #include <atomic>
+#include <utility>
 
 namespace visa_io {
 
@@ -13,13 +15,12 @@ namespace visa_io {
 /// frames the messages.
 ///
 /// After a time-out or a failed transfer the instrument is cleared before anything else is sent to
-/// it, in the background. Closing waits for the calls of the kernel that still run.
+/// it, in the background. All who opened the node share one exchange with the instrument, in which
+/// the driver lets one call after the other; closing waits for those of this link that still run.
 class usb_link_t final : public device_link_t
 {
 public:
-    /// Takes the open node over.
-    explicit usb_link_t(int open_node) : node(open_node) {}
-    ~usb_link_t() override;
+    explicit usb_link_t(descriptor_t open_node) : node(std::move(open_node)) {}
 
     transfer_t write(std::string_view data, bool end, deadline_t deadline) override;
     transfer_t read(char *buffer, std::size_t size, int term_char, deadline_t deadline) override;
@@ -33,14 +34,22 @@ private:
     /// With its header and padding one transfer of the driver, which has one time-out then.
     static constexpr std::size_t piece_bytes = 4080;
 
-    ViStatus perform(const job_t &job, deadline_t deadline);
-    ViStatus set_term_char(int term_char, deadline_t deadline);
+    /// The time that the parts of one operation have together.
+    struct time_t
+    {
+        deadline_t deadline;
+        deadline_t given_up_at; ///< what came of it is waited for until then
+    };
+
+    time_t begin(deadline_t deadline);
+    ViStatus perform(const job_t &job, const time_t &time);
+    ViStatus set_term_char(int term_char, const time_t &time);
     int send_piece(std::size_t size, bool end) const;
-    int receive_piece(std::size_t size);
+    int receive_piece(std::size_t size, bool is_first);
     int in_time() const;
     int recover();
 
-    const int node;
+    const descriptor_t node;
     bool is_lost = false;
     int set_char = -1; ///< the termination character that the driver knows; -1: none
 
@@ -52,8 +61,9 @@ private:
     bool piece_ends = false;
     ViUInt8 status_byte = 0;
 
+    std::atomic<bool> has_begun = false;      ///< the operation has got through to the driver
     std::atomic<bool> needs_recovery = false; ///< the instrument is to be cleared first
-    background_call_t calls;
+    background_call_t calls;                  ///< the last member: its end waits for the job
 };
 
 } // namespace visa_io
