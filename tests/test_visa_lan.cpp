@@ -136,6 +136,7 @@ private slots:
     void bad_reply_harms_or_is_believed();
     void open_takes_too_long_or_takes_anything();
     void instrument_behind_a_silent_address_is_not_reached();
+    void locked_instrument_is_taken_for_a_missing_one();
     void message_is_cut_wrongly();
     void session_leaves_a_lock_or_link_behind();
     void lost_instrument_comes_back_unasked();
@@ -264,6 +265,16 @@ void test_visa_lan::instrument_behind_a_silent_address_is_not_reached()
     QCOMPARE(read(session, text), success);
     QCOMPARE(server.links(), 2U);
     QCOMPARE(viClose(session), success);
+}
+
+void test_visa_lan::locked_instrument_is_taken_for_a_missing_one()
+{
+    const scripted_server_t first("127.0.0.3",
+                                  {static_cast<std::uint32_t>(procedure_t::create_link),
+                                   {reply(create_link_result_t{11, 0, 0, 0})}});
+    ViSession session = null_object;
+    QCOMPARE(viOpen(manager, "TCPIP0::two.addresses::INSTR", 0, 0, &session),
+             error_resource_locked);
 }
 
 void test_visa_lan::message_is_cut_wrongly()

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "tests/usb_kernel/client.h"
 
-#include "visa/resource_name.h"
+#include "visa/entry_points.h"
 #include "visa/status_text.h"
-#include "visa_io/usb/usb_bus.h"
 
+#include <array>
 #include <stdexcept>
 #include <thread>
 
@@ -16,55 +16,87 @@ namespace {
 constexpr std::chrono::seconds patience{20};
 constexpr std::chrono::milliseconds look_interval{20};
 
+ViSession manager()
+{
+    static const ViSession session = [] {
+        ViSession opened = visa::null_object;
+        expect_status(viOpenDefaultRM(&opened), visa::success, "the resource manager");
+        return opened;
+    }();
+    return session;
+}
+
 } // namespace
 
 std::vector<std::string> client_t::search()
 {
     std::vector<std::string> names;
-    for (const auto &instrument : visa_io::find_usb_instruments())
-        names.push_back(instrument.name_text);
+    std::array<char, 256> name{};
+    ViFindList list = visa::null_object;
+    ViUInt32 count = 0;
+    ViStatus status = viFindRsrc(manager(), "USB?*INSTR", &list, &count, name.data());
+    for (; status == visa::success; status = viFindNext(list, name.data()))
+        names.emplace_back(name.data());
+    viClose(list);
     return names;
+}
+
+ViStatus open_now(const std::string &name, ViSession &session)
+{
+    return viOpen(manager(), name.c_str(), 0, 0, &session);
 }
 
 client_t::client_t(const std::string &name)
 {
-    wait_until("the instrument can be opened", [this, &name] {
-        visa::object_attributes_t attributes;
-        const auto read = visa::read_resource_name(name);
-        return read && visa_io::open_usb_instrument(*read, until(usual_time), link, attributes) ==
-                           visa::success;
-    });
+    wait_until("the instrument can be opened",
+               [this, &name] { return open_now(name, session) == visa::success; });
+    viSetAttribute(session, visa::attribute_timeout, usual_time.count());
 }
 
-visa_io::transfer_t client_t::write(std::string_view bytes) const
+client_t::~client_t()
 {
-    return link->write(bytes, true, until(usual_time));
+    viClose(session);
 }
 
-visa_io::transfer_t client_t::read(std::string &bytes, std::size_t most,
-                                   std::chrono::milliseconds time) const
+ViStatus client_t::write(std::string_view bytes) const
+{
+    ViUInt32 count = 0;
+    const ViStatus status = viWrite(session, reinterpret_cast<const ViUInt8 *>(bytes.data()),
+                                    static_cast<ViUInt32>(bytes.size()), &count);
+    expect(status != visa::success || count == bytes.size(), "all bytes are counted");
+    return status;
+}
+
+ViStatus client_t::read(std::string &bytes, std::size_t most, std::chrono::milliseconds time) const
 {
     bytes.assign(most, '\0');
-    const auto read = link->read(bytes.data(), bytes.size(), -1, until(time));
-    bytes.resize(read.count);
-    return read;
+    ViUInt32 count = 0;
+    viSetAttribute(session, visa::attribute_timeout, time.count());
+    const ViStatus status = viRead(session, reinterpret_cast<ViUInt8 *>(bytes.data()),
+                                   static_cast<ViUInt32>(most), &count);
+    viSetAttribute(session, visa::attribute_timeout, usual_time.count());
+    bytes.resize(count);
+    return status;
+}
+
+ViStatus client_t::clear() const
+{
+    return viClear(session);
 }
 
 std::string client_t::query(std::string_view message, std::chrono::milliseconds time) const
 {
-    expect_status(write(message).status, visa::success, "write");
+    expect_status(write(message), visa::success, "write");
     std::string reply;
-    const auto read = this->read(reply, 20'000, time);
-    expect_status(read.status, visa::success, "read");
-    expect(read.end, "the reply has an end");
+    expect_status(read(reply, 20'000, time), visa::success, "read");
     return reply;
 }
 
 void wait_until(const char *what, const std::function<bool()> &is_so)
 {
-    const auto give_up = visa_io::io_clock_t::now() + patience;
+    const auto give_up = test_clock_t::now() + patience;
     while (!is_so()) {
-        expect(visa_io::io_clock_t::now() < give_up, what);
+        expect(test_clock_t::now() < give_up, what);
         std::this_thread::sleep_for(look_interval);
     }
 }

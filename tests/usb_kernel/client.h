@@ -1,17 +1,19 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "visa_io/device_link.h"
+#include "visa/visa_types.h"
 
 #include <chrono>
 #include <functional>
-#include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace usb_kernel {
 
-/// A user of a USB instrument. What goes wrong is thrown as
+using test_clock_t = std::chrono::steady_clock;
+
+/// A user of a USB instrument through our VISA library. What goes wrong is thrown as
 /// std::runtime_error.
 class client_t
 {
@@ -23,23 +25,24 @@ public:
 
     /// Connects to an instrument as soon as it is there.
     explicit client_t(const std::string &name);
+    ~client_t();
+    client_t(const client_t &) = delete;
+    client_t &operator=(const client_t &) = delete;
 
-    visa_io::transfer_t write(std::string_view bytes) const;
-    visa_io::transfer_t read(std::string &bytes, std::size_t most = 20'000,
-                             std::chrono::milliseconds time = usual_time) const;
-    ViStatus clear() const { return link->clear(until(usual_time)); }
+    ViStatus write(std::string_view bytes) const;
+    ViStatus read(std::string &bytes, std::size_t most = 20'000,
+                  std::chrono::milliseconds time = usual_time) const;
+    ViStatus clear() const;
 
     /// The reply, which has to be whole and in time.
     std::string query(std::string_view message, std::chrono::milliseconds time = usual_time) const;
 
 private:
-    static visa_io::deadline_t until(std::chrono::milliseconds time)
-    {
-        return visa_io::io_clock_t::now() + time;
-    }
-
-    std::unique_ptr<visa_io::device_link_t> link;
+    ViSession session = visa::null_object;
 };
+
+/// Opens an instrument in as little time as may be allowed.
+ViStatus open_now(const std::string &name, ViSession &session);
 
 /// Waits until something is so.
 void wait_until(const char *what, const std::function<bool()> &is_so);
