@@ -105,3 +105,16 @@ leave() {
     done
     part=()
 }
+
+# route_over_lan: connects the instrument at 127.0.0.1 and routes a port.
+route_over_lan() {
+    click LAN
+    click address
+    xdotool type 127.0.0.1
+    shot lan-address last-octet '#000000'
+    click Apply
+    shot lan-connected link other
+    click A
+    click 3
+    shot lan-routed 3 '#00BFFF'
+}

@@ -313,6 +313,18 @@ void test_visa_usb::program_loses_a_rebooting_instrument()
     rescan_and_route();
     QCOMPARE(driver.devices(), QStringList(plain_name));
 
+    machine.bus.access()->log.clear();
+    QVERIFY(use_dialog([&] { driver.choose("Tool", "LAN"); },
+                       [](const QDialog &dialog) {
+                           for (const char *const step :
+                                {"IP Setting=Fixed IP", "IP Address:=10.0.0.9", "Hostname:=rack",
+                                 "Apply", "IP Address:=10.0.0.1", "Refresh"})
+                               QVERIFY(perform(dialog, step));
+                           QCOMPARE(shown(dialog, "IP Address:"), "10.0.0.9");
+                       }));
+    QVERIFY(machine.texts().contains("SET:LAN:IP 10.0.0.9") &&
+            machine.texts().contains("SET:LAN:HOST:NAMe rack"));
+
     // A reboot takes the node away, and the pause in it brings the node back.
     recorded_pauses_t::instance().on_pause([&](unsigned long pause) {
         if (pause == 500)
