@@ -77,21 +77,21 @@ int usb_link_t::recover()
     return error;
 }
 
-usb_link_t::time_t usb_link_t::begin(deadline_t deadline)
+usb_link_t::limits_t usb_link_t::begin(deadline_t deadline)
 {
     has_begun = false;
     return {deadline, std::max(deadline, io_clock_t::now() + shortest_timeout) + grace};
 }
 
 // One step of an operation, for which the instrument has until the deadline.
-ViStatus usb_link_t::perform(const job_t &job, const time_t &time)
+ViStatus usb_link_t::perform(const job_t &job, const limits_t &limits)
 {
     if (is_lost)
         return visa::error_connection_lost;
-    if (!calls.is_idle_by(time.deadline))
+    if (!calls.is_idle_by(limits.deadline))
         return visa::error_timeout;
-    given_up_at = time.given_up_at;
-    calls.start([this, job, deadline = time.deadline] {
+    given_up_at = limits.given_up_at;
+    calls.start([this, job, deadline = limits.deadline] {
         int error = needs_recovery ? recover() : 0;
         if (error == 0)
             error = set_timeout(node.get(), deadline);
@@ -140,20 +140,20 @@ int usb_link_t::send_piece(std::size_t size, bool end) const
 
 transfer_t usb_link_t::write(std::string_view data, bool end, deadline_t deadline)
 {
-    const time_t time = begin(deadline);
+    const limits_t limits = begin(deadline);
     transfer_t result;
     while (result.status == visa::success && result.count < data.size()) {
         const std::string_view rest = data.substr(result.count, piece_bytes);
         const bool is_last = result.count + rest.size() == data.size();
         // A late job may still use the piece.
-        if (!calls.is_idle_by(time.deadline)) {
+        if (!calls.is_idle_by(limits.deadline)) {
             result.status = visa::error_timeout;
             break;
         }
         std::copy(rest.begin(), rest.end(), piece.begin());
         result.status = perform(
             [this, size = rest.size(), ends = end && is_last] { return send_piece(size, ends); },
-            time);
+            limits);
         if (result.status == visa::success)
             result.count += rest.size();
     }
@@ -175,7 +175,7 @@ int usb_link_t::receive_piece(std::size_t size, bool is_first)
     return piece_count == 0 && (is_first || !piece_ends) ? EIO : 0;
 }
 
-ViStatus usb_link_t::set_term_char(int term_char, const time_t &time)
+ViStatus usb_link_t::set_term_char(int term_char, const limits_t &limits)
 {
     if (term_char == set_char)
         return visa::success;
@@ -187,7 +187,7 @@ ViStatus usb_link_t::set_term_char(int term_char, const time_t &time)
             setting.term_char_enabled = term_char >= 0 ? 1 : 0;
             return control(node.get(), USBTMC_IOCTL_CONFIG_TERMCHAR, &setting);
         },
-        time);
+        limits);
     if (status == visa::success)
         set_char = term_char;
     return status;
@@ -195,11 +195,11 @@ ViStatus usb_link_t::set_term_char(int term_char, const time_t &time)
 
 transfer_t usb_link_t::read(char *buffer, std::size_t size, int term_char, deadline_t deadline)
 {
-    const time_t time = begin(deadline);
+    const limits_t limits = begin(deadline);
     transfer_t result;
     // The instrument ends a transfer at the character, so that no byte behind it leaves it. One
     // that cannot is asked for one byte after the other, to the same effect.
-    result.status = set_term_char(term_char, time);
+    result.status = set_term_char(term_char, limits);
     const bool is_bytewise = result.status == visa::error_operation_not_supported;
     if (is_bytewise)
         result.status = visa::success;
@@ -209,7 +209,7 @@ transfer_t usb_link_t::read(char *buffer, std::size_t size, int term_char, deadl
         result.status =
             perform([this, wanted,
                      is_first = result.count == 0] { return receive_piece(wanted, is_first); },
-                    time);
+                    limits);
         if (result.status != visa::success)
             break;
         std::copy_n(piece.begin(), piece_count, buffer + result.count);

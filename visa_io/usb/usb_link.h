@@ -35,15 +35,15 @@ private:
     static constexpr std::size_t piece_bytes = 4080;
 
     /// The time that the parts of one operation have together.
-    struct time_t
+    struct limits_t
     {
         deadline_t deadline;
         deadline_t given_up_at; ///< what came of it is waited for until then
     };
 
-    time_t begin(deadline_t deadline);
-    ViStatus perform(const job_t &job, const time_t &time);
-    ViStatus set_term_char(int term_char, const time_t &time);
+    limits_t begin(deadline_t deadline);
+    ViStatus perform(const job_t &job, const limits_t &limits);
+    ViStatus set_term_char(int term_char, const limits_t &limits);
     int send_piece(std::size_t size, bool end) const;
     int receive_piece(std::size_t size, bool is_first);
     int in_time() const;
