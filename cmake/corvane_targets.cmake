@@ -40,6 +40,6 @@ endfunction()
 # and without Qt's implicit narrow-string conversions.
 function(corvane_qt_library name)
   corvane_library(${name} ${ARGN})
-  set_target_properties(${name} PROPERTIES AUTOMOC ON UNITY_BUILD "${CORVANE_UNITY}")
+  set_target_properties(${name} PROPERTIES AUTOMOC ON)
   target_compile_definitions(${name} PRIVATE QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII)
 endfunction()

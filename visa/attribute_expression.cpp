@@ -13,7 +13,6 @@ namespace visa {
 
 namespace {
 
-constexpr std::size_t deepest_nesting = 64;
 constexpr std::string_view word_characters = "ABCDEFGHIJKLMNOPQRSTUVWXYZ_0123456789";
 
 // The attributes that belong to a resource and not to a session with it.

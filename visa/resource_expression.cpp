@@ -7,8 +7,6 @@ namespace visa {
 
 namespace {
 
-constexpr std::size_t deepest_nesting = 64;
-
 std::size_t index_of(char character)
 {
     return static_cast<unsigned char>(character);

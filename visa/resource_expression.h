@@ -10,6 +10,9 @@
 
 namespace visa {
 
+/// As deep may the parentheses of an expression nest; one with deeper ones is malformed.
+constexpr std::size_t deepest_nesting = 64;
+
 /// A search expression for resource names (VPP-4.3, chapter 4.2.2): "?" any character,
 /// "\" the next character as it is, "[list]" and "[^list]" with ranges "a-b", "*" and "+"
 /// after a character or group, "|" and "( )". The whole name must match; letter case does
