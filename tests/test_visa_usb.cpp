@@ -52,7 +52,7 @@ struct machine_t
         sim::fleet_t fleet = sim::default_fleet();
         fleet.instruments.resize(1);
         fleet.instruments[0].response_delay = delay;
-        fleet.reboot_time = 0ms; // the test takes the node away and brings it back
+        fleet.reboot_time = 0ms; // the test brings the node back
         bus.load(fleet);
     }
     ~machine_t() { g_object_unref(testbed); }
@@ -95,6 +95,12 @@ struct bench_t : machine_t
         exceeded = buffer.back() != '#';
         reply = buffer.substr(0, got.count);
         return got;
+    }
+
+    void fail_next(sim::operation_t operation, int error)
+    {
+        bus.access()->faults.add(
+            {sim::fault_kind_t::status, operation, 1, std::nullopt, false, error, {}});
     }
 
     usbtmc_device_t device{*testbed, bus, 0, plain};
@@ -241,6 +247,14 @@ void test_visa_usb::late_reply_answers_no_later_query()
     QCOMPARE(bench.ask("*IDN?", 100, -1, 20ms).status, visa::error_timeout);
     bench.link.reset();
     QCOMPARE(bench.device.clears, 3);
+    // Also when the first attempt failed.
+    bench.open();
+    bench.fail_next(sim::operation_t::clear, EIO);
+    bench.device.is_out_of_turn = true;
+    QCOMPARE(bench.ask("*IDN?").status, visa::error_io);
+    QTRY_COMPARE(bench.bus.access()->faults.call_count(sim::operation_t::clear), 4U);
+    bench.link.reset();
+    QCOMPARE(bench.device.clears, 5);
 }
 
 void test_visa_usb::dead_instrument_stretches_no_wait()
@@ -283,6 +297,9 @@ void test_visa_usb::unplugged_instrument_is_lost_until_opened_again()
     QCOMPARE(old->write("*RST", true, in(1s)).status, visa::error_connection_lost);
     old.reset();
     QCOMPARE(bench.ask("*STB?", 100, -1, 8s).status, visa::success);
+    bench.fail_next(sim::operation_t::write, EPROTO);
+    for (int attempt = 0; attempt < 2; ++attempt)
+        QCOMPARE(bench.link->write("*RST", true, in(1s)).status, visa::error_connection_lost);
 }
 
 void test_visa_usb::clear_status_and_trigger_go_beside_the_messages()
@@ -326,11 +343,9 @@ void test_visa_usb::program_loses_a_rebooting_instrument()
             machine.texts().contains("SET:LAN:HOST:NAMe rack"));
 
     // A reboot takes the node away, and the pause in it brings the node back.
-    recorded_pauses_t::instance().on_pause([&](unsigned long pause) {
+    recorded_pauses_t::instance().on_pause([&device](unsigned long pause) {
         if (pause == 500)
             device.plug();
-        else if (machine.texts().last().startsWith("REBOOT"))
-            device.unplug();
     });
     QVERIFY(use_dialog([&] { QMetaObject::invokeMethod(&driver.window, "product_btn_click_slot"); },
                        [](const QDialog &dialog) {

@@ -5,6 +5,7 @@
 
 #include <atomic>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <umockdev.h>
 #include <vector>
@@ -12,6 +13,11 @@
 /// A simulated instrument on USB as programs under umockdev see it: its folders in /sys and the
 /// node of the kernel's usbtmc driver with reads, writes and what else the driver answers. As in
 /// the driver, all who opened the node share one exchange, and a waiting read delays them.
+///
+/// A fault planted on the bus with a status makes the driver answer this errno. What concerns the
+/// driver alone is counted there as setting an attribute. After a transfer that failed or came too
+/// late the instrument refuses (EPIPE) every other until it is cleared. The node goes when the
+/// instrument has left the bus or reboots; who had opened it gets no further than ENODEV.
 class usbtmc_device_t
 {
 public:
@@ -51,22 +57,36 @@ public:
 
 private:
     using answer_t = long; ///< negative: an errno
+    using session_t = std::shared_ptr<sim::bus_session_t>;
 
-    template <answer_t (usbtmc_device_t::*handle)(UMockdevIoctlClient &)>
+    template <answer_t (usbtmc_device_t::*handle)(UMockdevIoctlClient &, sim::bus_session_t &)>
     static gboolean answer(UMockdevIoctlBase *, UMockdevIoctlClient *client, gpointer device);
-    answer_t read(UMockdevIoctlClient &client);
-    answer_t write(UMockdevIoctlClient &client);
-    answer_t control(UMockdevIoctlClient &client);
+    static void note_opening(UMockdevIoctlBase *, UMockdevIoctlClient *client, gpointer device);
+    session_t session_of(UMockdevIoctlClient &client);
+    void add_to_testbed();
+    void leave_if_lost(const session_t &its);
+    void take_node_away();
+
+    answer_t note_transfer(answer_t result);
+    answer_t clear(sim::bus_session_t &its);
+    answer_t read(UMockdevIoctlClient &client, sim::bus_session_t &its);
+    answer_t write(UMockdevIoctlClient &client, sim::bus_session_t &its);
+    answer_t control(UMockdevIoctlClient &client, sim::bus_session_t &its);
+    answer_t set_up(UMockdevIoctlClient &client);
     answer_t set_timeout(unsigned value);
+    answer_t set_term_char(unsigned setting);
 
     const identity_t identity;
     UMockdevTestbed &testbed;
     sim::bus_t &bus;
     const sim::place_t place;
     UMockdevIoctlBase *handler = nullptr;
+    std::mutex plugging;
     std::vector<std::string> folders; ///< in /sys: the device and what is in it
-    std::shared_ptr<sim::bus_session_t> session;
+    session_t session;
     std::atomic<bool> is_plugged = false;
+    std::atomic<unsigned> times_plugged = 0;
+    std::atomic<bool> is_halted = false; ///< a transfer failed, and no clear has come since
     unsigned timeout_ms = 5000;
     bool sends_end = true;
     int term_char = -1;

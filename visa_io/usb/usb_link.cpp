@@ -69,6 +69,13 @@ int set_timeout(int node, deadline_t deadline)
 
 } // namespace
 
+usb_link_t::~usb_link_t()
+{
+    // After one that takes long, and is waited for, another would take as long again.
+    if (!is_lost && calls.is_idle_by(io_clock_t::now() + grace) && needs_recovery)
+        recover();
+}
+
 // The driver's own aborts do not reach the transfer that they mean.
 int usb_link_t::recover()
 {

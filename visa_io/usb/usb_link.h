@@ -16,11 +16,13 @@ namespace visa_io {
 ///
 /// After a time-out or a failed transfer the instrument is cleared before anything else is sent to
 /// it, in the background. All who opened the node share one exchange with the instrument, in which
-/// the driver lets one call after the other; closing waits for those of this link that still run.
+/// the driver lets one call after the other; closing waits for those of this link that still run,
+/// and clears the instrument once more when that has failed.
 class usb_link_t final : public device_link_t
 {
 public:
     explicit usb_link_t(descriptor_t open_node) : node(std::move(open_node)) {}
+    ~usb_link_t() override;
 
     transfer_t write(std::string_view data, bool end, deadline_t deadline) override;
     transfer_t read(char *buffer, std::size_t size, int term_char, deadline_t deadline) override;
