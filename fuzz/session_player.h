@@ -1,14 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "fuzz/program_user.h"
 #include "tests/support/package_folder.h"
 #include "tests/support/simulator.h"
-#include "tests/support/window_driver.h"
-
-#include <QDialog>
-
-#include <functional>
-#include <memory>
 
 /// A user who does everything that the program offers, whatever it answers: connects every product
 /// over USB and one over LAN, routes, uses every dialog, upgrades the firmware and provisions.
@@ -26,7 +21,7 @@ public:
     /// The instruments of the sweep, just switched on; sessions and faults are gone.
     void switch_on();
     /// A new main window in place of the one before, not connected.
-    void open_window();
+    void open_window() { user.open_window(); }
     /// From the first Rescan to the last dialog.
     void play();
     /// True when a Rescan connects the first instrument and a route of it lights up.
@@ -37,15 +32,11 @@ public:
     simulator_t simulator;
 
 private:
-    void use_panel();
     void use_panels();
-    void use_dialog(const QString &menu_entry, const QStringList &steps);
     void use_about_box();
-    void use_upgrade_dialog();
-    void upgrade(QDialog &dialog);
     void use_product_dialog();
 
     package_folder_t folder;
     QString package;
-    std::unique_ptr<window_driver_t> driver;
+    program_user_t user;
 };

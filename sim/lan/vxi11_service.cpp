@@ -136,7 +136,7 @@ error_code_t vxi11_service_t::wait(bus_time_t wake_time, bus_time_t deadline, er
 create_link_result_t vxi11_service_t::create_link(const create_link_args_t &args)
 {
     client_link_t link;
-    if (is_served(args.device))
+    if (is_served(args.device) && bus.note_call(sim::operation_t::open, place).ok())
         link.session = bus.open(place);
     if (!link.session)
         return with_error<create_link_result_t>(error_code_t::device_not_accessible);
