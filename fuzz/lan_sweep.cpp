@@ -66,7 +66,10 @@ public:
         user.use_dialog(QStringLiteral("Scpi"), {"Write", "Read", "Query"});
     }
 
-    bool has_played() override { return true; }
+    bool has_played() override
+    {
+        return bus.access()->instrument_at(0).inspect().colors.color("B") == "GREEN";
+    }
 
     bool reconnects(program_user_t &user) override
     {
