@@ -255,6 +255,13 @@ void test_visa_usb::late_reply_answers_no_later_query()
     QTRY_COMPARE(bench.bus.access()->faults.call_count(sim::operation_t::clear), 4U);
     bench.link.reset();
     QCOMPARE(bench.device.clears, 5);
+    // Or before the next message.
+    bench.open();
+    bench.fail_next(sim::operation_t::clear, EIO);
+    bench.fail_next(sim::operation_t::read, EIO);
+    QCOMPARE(bench.ask("*IDN?").status, visa::error_io);
+    QTRY_COMPARE(bench.bus.access()->faults.call_count(sim::operation_t::clear), 6U);
+    QCOMPARE(bench.ask("*STB?").status, visa::success);
 }
 
 void test_visa_usb::dead_instrument_stretches_no_wait()
