@@ -117,14 +117,6 @@ void test_about_dialog::viewer_fails_loudly_or_starts_through_many_processes()
     QCOMPARE(driver.take_boxes(), QStringList());
 
     QCOMPARE(read(viewer + ".shown"), (to_show + '\n').repeated(3));
-#ifdef Q_OS_WIN
-    // Where no help file could be made.
-    QVERIFY(QDir().mkdir("help") && QFile::copy(help, document + ".html"));
-    QVERIFY(QFile::copy(any_viewer, "explorer.exe"));
-    QVERIFY(perform(*boxes[0], acknowledgment));
-    QTRY_VERIFY(read("explorer.exe.shown")
-                    .endsWith("\\help\\" + QFileInfo(help).fileName().toUtf8() + "\n"));
-#endif
     QDir::setCurrent(QDir::tempPath()); // or Windows keeps the folder
 }
 

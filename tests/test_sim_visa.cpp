@@ -89,7 +89,6 @@ private slots:
     void threads_use_their_sessions_at_once();
     void exclusive_lock_bars_the_other_sessions();
     void shared_lock_is_for_those_with_its_key();
-    void attribute_has_the_standard_value_and_width();
 };
 
 void test_sim_visa::init()
@@ -228,37 +227,6 @@ void test_sim_visa::shared_lock_is_for_those_with_its_key()
     QCOMPARE(lock(one, access_shared_lock), success);
     QCOMPARE(viClose(one), success);
     QCOMPARE(lock_state(stranger), access_no_lock);
-}
-
-void test_sim_visa::attribute_has_the_standard_value_and_width()
-{
-    const struct
-    {
-        const char *resource;
-        ViAttr attribute;
-        QByteArray bytes; // without the zero byte of a text; empty: not supported
-    } rows[] = {{usb, attribute_model_name, "TMX5044"},
-                {usb, attribute_usb_serial_number, "S44"},
-                {usb, attribute_manufacturer_id, "\x7e\xa1"},
-                {usb, attribute_4882_compliant, QByteArray("\1\0", 2)},
-                {usb, attribute_interface_type, QByteArray("\7\0", 2)},
-                {usb, attribute_timeout, QByteArray("\x3c\0\0\0", 4)},
-                {usb, attribute_user_data, QByteArray(4, '\0')},
-                {usb, attribute_user_data_64, QByteArray(sizeof(void *) == 8 ? 8 : 0, '\0')},
-                {usb, attribute_term_char, "\n"},
-                {usb, attribute_tcpip_address, ""},
-                {lan, attribute_tcpip_address, "127.0.0.1"},
-                {lan, attribute_tcpip_device_name, "inst0"},
-                {lan, attribute_tcpip_is_hislip, QByteArray(2, '\0')},
-                {lan, attribute_manufacturer_id, ""}};
-    for (const auto &[resource, attribute, bytes] : rows) {
-        QByteArray value(find_buffer_bytes, '#');
-        const ViStatus status = viGetAttribute(opened(resource), attribute, value.data());
-        QCOMPARE(status, bytes.isEmpty() ? error_attribute_not_supported : success);
-        const bool is_text = (attribute & 0x80000000U) != 0 && status == success;
-        const QByteArray stored = is_text ? bytes + '\0' : bytes;
-        QCOMPARE(value.replace('#', ""), stored);
-    }
 }
 
 QTEST_APPLESS_MAIN(test_sim_visa)

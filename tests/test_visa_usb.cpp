@@ -4,7 +4,6 @@
 
 #include "sim/bus/bus.h"
 #include "tests/support/dialog_driver.h"
-#include "tests/support/package_folder.h"
 #include "tests/support/recorded_pauses.h"
 #include "tests/support/window_driver.h"
 #include "visa_io/usb/usb_bus.h"
@@ -365,33 +364,7 @@ void test_visa_usb::program_loses_a_rebooting_instrument()
     device.plug();
     machine.bus.access()->log.clear();
     rescan_and_route();
-
-    const package_folder_t folder;
-    const QString package =
-        folder.write("a.ADS", make_package(44, {{1, pattern(3000)}, {5, "TMX"}}));
-    QStringList boxes;
-    QVERIFY(use_dialog([&] { driver.choose("Tool", "Upgrade"); },
-                       [&](const QDialog &dialog) {
-                           QVERIFY(choose_file(dialog, package) && perform(dialog, "Begin"));
-                           QTRY_VERIFY((boxes += driver.take_boxes()).size() > 1);
-                       }));
-    QCOMPARE(boxes, QStringList({"Information: Upgrade begin! [OK]",
-                                 "Information: Upgrade OK! [OK, Close]"}));
-    const QByteArrayList texts = machine.texts();
-    const QByteArray image = pattern(3000);
-    QCOMPARE(texts.mid(texts.indexOf("UPGRADE:ID?") + 1),
-             (QByteArrayList{{"REBOOT 1", 9},
-                             "HOSTUG 3000",
-                             "UPREADY?",
-                             "UPGRADE " + image.left(2048),
-                             "UPREADY?",
-                             "UPGRADE " + image.mid(2048).leftJustified(2048, '\xFF'),
-                             "UPREADY?",
-                             "SYSTem:DEVice:PRODUCTUG TMX",
-                             {"REBOOT", 7}}));
     recorded_pauses_t::instance().reset();
-    QVERIFY(driver.click("Reset") && driver.click("C") && driver.click("8"));
-    QCOMPARE(driver.lit_ports(), QStringList({"C", "8"}));
 }
 
 CORVANE_GUI_TEST_MAIN(test_visa_usb)

@@ -4,20 +4,14 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
-#include <QFileInfo>
 
 #ifdef Q_OS_WIN
 
-/// The compiled help file, relative to the working directory; in the browser where only the
-/// document from which it is compiled is there.
+/// The compiled help file, relative to the working directory.
 viewer_command_t acknowledgment_viewer()
 {
-    const QString compiled = QStringLiteral("help/open-source_software_acknowledgment.chm");
-    const QFileInfo document(QStringLiteral("help/open-source_software_acknowledgment.html"));
-    if (!QFile::exists(compiled) && document.exists())
-        return {QStringLiteral("explorer.exe"),
-                {QDir::toNativeSeparators(document.absoluteFilePath())}};
-    return {QStringLiteral("hh.exe"), {compiled}};
+    return {QStringLiteral("hh.exe"),
+            {QStringLiteral("help/open-source_software_acknowledgment.chm")}};
 }
 
 #else

@@ -19,7 +19,7 @@ struct object_attributes_t
     ViSession manager = null_object; ///< through which it was opened
     std::string name_text;           ///< VI_ATTR_RSRC_NAME
     resource_name_t name;
-    std::string address;       ///< TCPIP only: in dotted form
+    std::string address;       ///< TCPIP only
     std::string library_maker; ///< VI_ATTR_RSRC_MANF_NAME
     ViUInt32 library_version = 0;
     std::string instrument_maker; ///< USB only

@@ -163,6 +163,12 @@ class VisaClient(unittest.TestCase):
                         instrument.get_visa_attribute(attribute.attribute_id)
         self.assertEqual(self.instrument.model_name, "TMX5044")
         self.assertEqual(self.instrument.manufacturer_name, "TMX")
+        self.assertEqual(self.instrument.serial_number, "SN44001")
+        self.assertEqual(self.instrument.manufacturer_id, 0xA17E)
+        self.assertEqual(self.instrument.is_4882_compliant, True)
+        self.assertEqual(
+            self.open(LAN).get_visa_attribute(ResourceAttribute.tcpip_address), "127.0.0.2"
+        )
         user_data = 0xFEDCBA98  # pyvisa passes 32 bits of it
         self.instrument.set_visa_attribute(ResourceAttribute.user_data, user_data)
         self.assertEqual(

@@ -133,17 +133,6 @@ void pulled_plug_ends_a_read(bench_t &bench)
     lost_connection_is_told(bench, client, name);
 }
 
-void reboot_is_survived(bench_t &bench)
-{
-    using namespace std::string_view_literals;
-    const std::string name = bench.name(bench.prompt_place);
-    const client_t client(name);
-    expect_status(client.write("REBOOT\0"sv), visa::success, "write");
-    wait_until("the instrument leaves the bus",
-               [&client] { return client.write("*CLS") == visa::error_connection_lost; });
-    lost_connection_is_told(bench, client, name);
-}
-
 } // namespace
 
 std::vector<check_t> all_checks()
@@ -156,7 +145,6 @@ std::vector<check_t> all_checks()
         {"opening waits behind a read as long as it may",
          opening_waits_behind_a_read_as_long_as_it_may},
         {"pulled plug ends a read", pulled_plug_ends_a_read},
-        {"reboot is survived", reboot_is_survived},
     };
 }
 

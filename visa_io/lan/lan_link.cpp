@@ -187,7 +187,7 @@ ViStatus lan_link_t::ensure_link(deadline_t latest)
     const ViStatus status = open(latest);
     if (status != visa::error_connection_lost && status != visa::error_timeout)
         return status;
-    // One that is silent again is switched off or unplugged: when it is back it knows no route.
+    // Silent twice: it may come back without its routes, so that the user is to connect again.
     state = state_t::lost;
     return visa::error_connection_lost;
 }

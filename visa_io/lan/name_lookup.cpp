@@ -1,14 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "visa_io/lan/name_lookup.h"
 
+#include "visa_io/late_result.h"
+
 #include <arpa/inet.h>
 #include <netdb.h>
 #include <sys/socket.h>
 
-#include <future>
 #include <memory>
-#include <thread>
-#include <utility>
 
 namespace visa_io {
 
@@ -36,14 +35,8 @@ std::vector<in_addr> look_up(const std::string &host, deadline_t deadline)
     in_addr address{};
     if (inet_pton(AF_INET, host.c_str(), &address) == 1)
         return {address};
-    // The system's look-up cannot be ended: the thread lives on until it ends by itself. This
-    // library is never unloaded.
-    std::packaged_task<std::vector<in_addr>()> task([host] { return ask_system(host); });
-    auto answer = task.get_future();
-    std::thread(std::move(task)).detach();
-    if (answer.wait_until(deadline) != std::future_status::ready)
-        return {};
-    return answer.get();
+    return result_by<std::vector<in_addr>>(deadline, [host] { return ask_system(host); })
+        .value_or(std::vector<in_addr>());
 }
 
 } // namespace visa_io

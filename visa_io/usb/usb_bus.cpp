@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "visa_io/usb/usb_bus.h"
 
+#include "visa_io/late_result.h"
 #include "visa_io/usb/uninterrupted.h"
 #include "visa_io/usb/usb_link.h"
 #include "visa_io/usb/usb_nodes.h"
@@ -8,9 +9,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
-#include <future>
 #include <string>
-#include <thread>
 #include <utility>
 
 namespace visa_io {
@@ -23,21 +22,16 @@ struct opened_t
     int error; ///< errno when there is none
 };
 
-/// An opening that the driver lets wait cannot be ended: its thread lives on until it ends by
-/// itself, and closes what it got. This library is never unloaded.
+/// Opens a node. The driver may let the opening wait; a late one is closed again.
 opened_t open_node(const std::string &path, deadline_t deadline)
 {
-    std::packaged_task<opened_t()> task([path] {
+    auto opened = result_by<opened_t>(deadline, [path] {
         descriptor_t node(
             uninterrupted([&path] { return ::open(path.c_str(), O_RDWR | O_CLOEXEC); }));
         const int error = errno;
         return opened_t{std::move(node), error};
     });
-    auto opened = task.get_future();
-    std::thread(std::move(task)).detach();
-    if (opened.wait_until(deadline) != std::future_status::ready)
-        return {descriptor_t(), EBUSY};
-    return opened.get();
+    return opened ? std::move(*opened) : opened_t{descriptor_t(), EBUSY};
 }
 
 } // namespace
