@@ -126,6 +126,7 @@ void test_visa_lan::bad_reply_harms_or_is_believed()
     const std::string begun =
         std::string("\0\0\0\x14", 4) + fine().substr(4, 20) + std::string("\0\0\0\0\x80\0", 6);
     const std::string ended = std::string(1, '\0') + static_cast<char>(rest.size()) + rest;
+    const std::string part = std::string("\0\0\2\0", 4) + std::string(512, '\0');
     const QByteArray call = hex("80000018 00000001 00000000 00000002 00000000 00000000 00000000");
     const struct
     {
@@ -148,6 +149,7 @@ void test_visa_lan::bad_reply_harms_or_is_believed()
         {{fine("\1\2\3\4")}, error_io},
         {{too_long}, error_io},
         {{claims_much()}, error_io},
+        {{part + part}, error_io},                     // each is short enough
         {{std::string("\xFF\xFF\xFF\xFF")}, error_io}, // a fragment of 2 GiB
         {{std::string("\x80\0\0\4what", 8)}, error_io},
         {{call.toStdString()}, error_io},
